@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Application.h"
+
+#include "app/AppDelegate.h"
+#include "app/SingleInstance.h"
+#include "core/setup/Preferences.h"
+#include "core/support/Clock.h"
+#include "core/support/QtScheduler.h"
+#include "platform/linux/PlatformFactory.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+namespace tolvane {
+
+int runApplication(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Tolvane"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
+    QApplication::setApplicationVersion(QStringLiteral(TOLVANE_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("tolvane"));
+
+    SingleInstance instance(SingleInstance::defaultName());
+    if (!instance.claim()) {
+        QTextStream(stderr) << "Tolvane is already running; look for its icon in the tray.\n";
+        return 0;
+    }
+
+    SystemClock clock;
+    QtScheduler scheduler;
+    PlatformServices services = createPlatformServices();
+    Preferences preferences(*services.preferences);
+
+    AppDelegate delegate(services, preferences, scheduler);
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, [] {
+        QTextStream(stderr) << "[AppDelegate] Another start was attempted; Tolvane keeps running\n";
+    });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
+    scheduler.post([&delegate] { delegate.applicationDidFinishLaunching(); });
+    return QApplication::exec();
+}
+
+} // namespace tolvane

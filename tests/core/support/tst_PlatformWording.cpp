@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/support/PlatformWording.h"
+
+#include <QTest>
+
+using namespace tolvane;
+
+class TestPlatformWording : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void saysTheDesktopsWords_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("sentence start") << "macOS could not register the hotkey."
+                                        << "The desktop could not register the hotkey.";
+        QTest::newRow("mid sentence") << "Reserved by macOS."
+                                      << "Reserved by the desktop.";
+        QTest::newRow("your Mac") << "Nothing leaves your Mac."
+                                  << "Nothing leaves your computer.";
+        QTest::newRow("settings") << "Open System Settings"
+                                  << "Open Settings";
+        QTest::newRow("footer") << "TOLVANE FOR MAC"
+                                << "TOLVANE FOR LINUX";
+        QTest::newRow("whole words only") << "Machine translation on iMac"
+                                          << "Machine translation on iMac";
+        QTest::newRow("after a sentence") << "Done. macOS keeps it."
+                                          << "Done. The desktop keeps it.";
+    }
+    void saysTheDesktopsWords()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(onThisPlatform(text), expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPlatformWording)
+#include "tst_PlatformWording.moc"
