@@ -118,6 +118,26 @@ void NotificationScheduler::stopRenewalTimer()
     m_renewalToleranceSeconds = 0;
 }
 
+void NotificationScheduler::armRenewal(Duration remaining)
+{
+    // Daily reminders renew after 30 days, longer than an event-loop timer can wait in one go.
+    constexpr Duration longestWait = std::chrono::hours(24);
+    std::weak_ptr<NotificationScheduler*> weak = m_self;
+    if (remaining > longestWait) {
+        m_renewalTimer = m_scheduler.singleShot(longestWait, [weak, remaining, longestWait] {
+            if (auto self = weak.lock())
+                (*self)->armRenewal(remaining - longestWait);
+        });
+        return;
+    }
+    m_renewalTimer = m_scheduler.singleShot(remaining, [this, weak] {
+        m_scheduler.post([weak] {
+            if (auto self = weak.lock())
+                (*self)->reschedule();
+        });
+    });
+}
+
 void NotificationScheduler::reschedule()
 {
     const QList<ReviewCard> cards = reminderCards(m_cards ? m_cards() : QList<ReviewCard>());
@@ -131,14 +151,8 @@ void NotificationScheduler::reschedule()
     m_renewalDelaySeconds = interval * renewalSlots;
     // The scheduler's timers take no tolerance; the figure is kept for a timer that can use it.
     m_renewalToleranceSeconds = renewalToleranceSeconds(m_renewalDelaySeconds);
+    armRenewal(Duration(std::llround(m_renewalDelaySeconds * 1000.0)));
     std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_renewalTimer =
-        m_scheduler.singleShot(Duration(std::llround(m_renewalDelaySeconds * 1000.0)), [this, weak] {
-            m_scheduler.post([weak] {
-                if (auto self = weak.lock())
-                    (*self)->reschedule();
-            });
-        });
 
     QList<NotificationRequest> requests;
     requests.reserve(cards.size());

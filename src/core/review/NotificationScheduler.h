@@ -70,6 +70,7 @@ public:
 
 private:
     void stopRenewalTimer();
+    void armRenewal(Duration remaining);
     void removePlannedRequests(const QList<NotificationRequest>& pending);
     void addFrom(int slot, QList<NotificationRequest> requests, quint64 generation);
 

@@ -203,6 +203,7 @@ private Q_SLOTS:
         QTest::newRow("zero") << std::optional<double>(0.0) << 14400.0 << 300.0;
         QTest::newRow("negative") << std::optional<double>(-3.0) << 14400.0 << 300.0;
         // 30 slots of 36 s: 5 % of 1 080 s is under the cap.
+        QTest::newRow("once a day") << std::optional<double>(24.0) << 86400.0 << 300.0;
         QTest::newRow("a hundredth of an hour") << std::optional<double>(0.01) << 36.0 << 54.0;
     }
     void intervalSetsSpacingRenewalAndTolerance()
