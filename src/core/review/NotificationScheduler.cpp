@@ -38,8 +38,8 @@ void printToStandardOutput(const QString& line)
 
 } // namespace
 
-NotificationScheduler::NotificationScheduler(NotificationCenter& center, Preferences& preferences,
-                                             Scheduler& scheduler, CardProvider cards)
+NotificationScheduler::NotificationScheduler(NotificationCenter& center, Preferences& preferences, Scheduler& scheduler,
+                                             CardProvider cards)
     : m_center(center)
     , m_preferences(preferences)
     , m_scheduler(scheduler)
@@ -55,9 +55,9 @@ NotificationScheduler::~NotificationScheduler()
 
 void NotificationScheduler::registerCategories()
 {
-    NotificationCategory category{categoryIdentifier,
-                                  {NotificationAction{knowItAction, knowItTitle},
-                                   NotificationAction{reviewAgainAction, reviewAgainTitle}}};
+    NotificationCategory category{
+        categoryIdentifier,
+        {NotificationAction{knowItAction, knowItTitle}, NotificationAction{reviewAgainAction, reviewAgainTitle}}};
     m_center.setCategories({category});
 }
 
@@ -173,13 +173,13 @@ void NotificationScheduler::reschedule()
     m_scheduler.post([this, weak, generation, requests = std::move(requests)]() mutable {
         if (weak.expired())
             return;
-        m_center.pendingRequests([this, weak, generation, requests = std::move(requests)](
-                                     QList<NotificationRequest> pending) mutable {
-            if (weak.expired() || generation != m_scheduleGeneration)
-                return; // a newer plan is under way
-            removePlannedRequests(pending);
-            addFrom(0, std::move(requests), generation);
-        });
+        m_center.pendingRequests(
+            [this, weak, generation, requests = std::move(requests)](QList<NotificationRequest> pending) mutable {
+                if (weak.expired() || generation != m_scheduleGeneration)
+                    return; // a newer plan is under way
+                removePlannedRequests(pending);
+                addFrom(0, std::move(requests), generation);
+            });
     });
 }
 
@@ -189,8 +189,7 @@ void NotificationScheduler::addFrom(int slot, QList<NotificationRequest> request
         return;
     const NotificationRequest request = requests.at(slot);
     std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_center.add(request, [this, weak, slot, generation, requests = std::move(requests)](
-                              const QString& error) mutable {
+    m_center.add(request, [this, weak, slot, generation, requests = std::move(requests)](const QString& error) mutable {
         if (weak.expired())
             return;
         if (!error.isEmpty()) {

@@ -287,10 +287,9 @@ private Q_SLOTS:
         rig.planner.reschedule();
         rig.scheduler.runPosted();
 
-        QCOMPARE(rig.center.removedPending,
-                 (QStringList{QStringLiteral("vantor-flashcard-") + uuid,
-                              QStringLiteral("vantor-flashcard-") + uuid.toLower(),
-                              QStringLiteral("vantor-flashcard-slot-59-") + uuid}));
+        QCOMPARE(rig.center.removedPending, (QStringList{QStringLiteral("vantor-flashcard-") + uuid,
+                                                         QStringLiteral("vantor-flashcard-") + uuid.toLower(),
+                                                         QStringLiteral("vantor-flashcard-slot-59-") + uuid}));
         QCOMPARE(rig.center.pending.size(), 5 + 60);
     }
 
@@ -319,7 +318,8 @@ private Q_SLOTS:
         FakeNotificationCenter center;
         center.pending.append(foreignRequest(QStringLiteral("vantor-flashcard-slot-0-x")));
         {
-            NotificationScheduler planner(center, preferences, scheduler, [] { return QList<ReviewCard>{card(QStringLiteral("a"))}; });
+            NotificationScheduler planner(center, preferences, scheduler,
+                                          [] { return QList<ReviewCard>{card(QStringLiteral("a"))}; });
             planner.reschedule();
             planner.removeDeliveredReminders(QUuid::createUuid());
             planner.handleAuthorizationResult(true);

@@ -90,9 +90,8 @@ private Q_SLOTS:
         QTest::addColumn<std::optional<CardStatus>>("status");
         QTest::addColumn<double>("interval");
         QTest::addColumn<int>("windows");
-        QTest::newRow("I know this, interval absent")
-            << QStringLiteral("FLASHCARD_KNOW_IT") << std::optional<double>() << std::optional(CardStatus::knowIt)
-            << 14400.0 << 0;
+        QTest::newRow("I know this, interval absent") << QStringLiteral("FLASHCARD_KNOW_IT") << std::optional<double>()
+                                                      << std::optional(CardStatus::knowIt) << 14400.0 << 0;
         QTest::newRow("Review again, two hours")
             << QStringLiteral("FLASHCARD_REVIEW_AGAIN") << std::optional<double>(2.0)
             << std::optional(CardStatus::reviewAgain) << 7200.0 << 0;

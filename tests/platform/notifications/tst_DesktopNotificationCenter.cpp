@@ -17,8 +17,8 @@ class ScriptedServer final : public NotificationServer
 {
 public:
     // Nothing: no server answers, with this reason.
-    std::optional<QStringList> capabilityList = QStringList{QStringLiteral("actions"), QStringLiteral("body"),
-                                                            QStringLiteral("body-markup")};
+    std::optional<QStringList> capabilityList =
+        QStringList{QStringLiteral("actions"), QStringLiteral("body"), QStringLiteral("body-markup")};
     QString failure = QStringLiteral("The name org.freedesktop.Notifications was not provided by any .service files");
     bool holdCapabilityReplies = false;
     QList<CapabilitiesReply> heldReplies;
@@ -144,10 +144,12 @@ private Q_SLOTS:
         QCOMPARE(rig.server->shown.size(), 1);
         const ServerNotification& shown = rig.server->shown.first();
         QCOMPARE(shown.summary, QStringLiteral("<b>x</b>"));
-        QCOMPARE(shown.body, QStringLiteral("&lt;img src=&quot;file:///etc/passwd&quot;&gt; &amp; &lt;b&gt;bold&lt;/b&gt;"));
-        QCOMPARE(shown.actions, (QStringList{QStringLiteral("default"), QStringLiteral("Open"),
-                                             QStringLiteral("FLASHCARD_KNOW_IT"), QStringLiteral("I know this"),
-                                             QStringLiteral("FLASHCARD_REVIEW_AGAIN"), QStringLiteral("Review again")}));
+        QCOMPARE(shown.body,
+                 QStringLiteral("&lt;img src=&quot;file:///etc/passwd&quot;&gt; &amp; &lt;b&gt;bold&lt;/b&gt;"));
+        QCOMPARE(shown.actions,
+                 (QStringList{QStringLiteral("default"), QStringLiteral("Open"), QStringLiteral("FLASHCARD_KNOW_IT"),
+                              QStringLiteral("I know this"), QStringLiteral("FLASHCARD_REVIEW_AGAIN"),
+                              QStringLiteral("Review again")}));
         QVERIFY(shown.sound);
         QVERIFY(rig.pendingIdentifiers().isEmpty());
         QCOMPARE(rig.delivered().size(), 1);

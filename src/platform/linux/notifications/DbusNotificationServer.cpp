@@ -75,9 +75,9 @@ void DbusNotificationServer::notify(const ServerNotification& notification, Noti
         hints.insert(QStringLiteral("sound-name"), QStringLiteral("message-new-instant"));
     else
         hints.insert(QStringLiteral("suppress-sound"), true);
-    const QDBusPendingCall pending = m_interface->asyncCall(
-        QStringLiteral("Notify"), QStringLiteral("Tolvane"), uint(0), QStringLiteral("tolvane"), notification.summary,
-        notification.body, notification.actions, hints, int(-1));
+    const QDBusPendingCall pending =
+        m_interface->asyncCall(QStringLiteral("Notify"), QStringLiteral("Tolvane"), uint(0), QStringLiteral("tolvane"),
+                               notification.summary, notification.body, notification.actions, hints, int(-1));
     auto* watcher = new QDBusPendingCallWatcher(pending, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [reply](QDBusPendingCallWatcher* call) {
         call->deleteLater();

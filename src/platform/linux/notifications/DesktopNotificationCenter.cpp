@@ -21,8 +21,8 @@ const QString defaultActionKey = QStringLiteral("default");
 } // namespace
 
 DesktopNotificationCenter::DesktopNotificationCenter(std::unique_ptr<NotificationServer> server,
-                                                     QString pendingFilePath, Scheduler& scheduler,
-                                                     const Clock& clock, ActiveCheck applicationIsActive)
+                                                     QString pendingFilePath, Scheduler& scheduler, const Clock& clock,
+                                                     ActiveCheck applicationIsActive)
     : m_server(std::move(server))
     , m_file(std::move(pendingFilePath))
     , m_scheduler(scheduler)
@@ -206,8 +206,8 @@ void DesktopNotificationCenter::arm()
                      })->dueDate;
     if (m_retryAt.isValid() && next < m_retryAt)
         next = m_retryAt;
-    const qint64 wait = std::clamp<qint64>(m_clock.now().msecsTo(next), 0,
-                                           std::chrono::duration_cast<Duration>(longestWait).count());
+    const qint64 wait =
+        std::clamp<qint64>(m_clock.now().msecsTo(next), 0, std::chrono::duration_cast<Duration>(longestWait).count());
     std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
     m_timer = m_scheduler.singleShot(Duration(wait), [weak] {
         if (auto self = weak.lock())
@@ -235,9 +235,8 @@ void DesktopNotificationCenter::deliverDue()
         return;
     }
     const PendingRequest chosen = m_pending.at(latest);
-    const auto dropped = m_pending.removeIf([&](const PendingRequest& p) {
-        return p.dueDate <= now && p.request.identifier != chosen.request.identifier;
-    });
+    const auto dropped = m_pending.removeIf(
+        [&](const PendingRequest& p) { return p.dueDate <= now && p.request.identifier != chosen.request.identifier; });
     if (dropped > 0) {
         qCInfo(lcNotificationCenter).noquote()
             << QStringLiteral("%1 earlier reminders came due while they could not be shown; only the latest is shown")

@@ -25,8 +25,8 @@ public:
     // Timers wake at least this often, so a suspended machine or a changed clock is caught up.
     static constexpr std::chrono::minutes longestWait{10};
 
-    DesktopNotificationCenter(std::unique_ptr<NotificationServer> server, QString pendingFilePath,
-                              Scheduler& scheduler, const Clock& clock, ActiveCheck applicationIsActive);
+    DesktopNotificationCenter(std::unique_ptr<NotificationServer> server, QString pendingFilePath, Scheduler& scheduler,
+                              const Clock& clock, ActiveCheck applicationIsActive);
     ~DesktopNotificationCenter() override;
 
     // The centre of the running desktop: the session bus's notification server, the pending

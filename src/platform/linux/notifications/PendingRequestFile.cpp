@@ -22,8 +22,8 @@ QJsonObject toJson(const PendingRequest& pending)
     const NotificationRequest& r = pending.request;
     QJsonArray actions;
     for (const NotificationAction& action : pending.actions)
-        actions.append(QJsonObject{{QStringLiteral("identifier"), action.identifier},
-                                   {QStringLiteral("title"), action.title}});
+        actions.append(
+            QJsonObject{{QStringLiteral("identifier"), action.identifier}, {QStringLiteral("title"), action.title}});
     return QJsonObject{
         {QStringLiteral("identifier"), r.identifier},
         {QStringLiteral("title"), r.title},
