@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 TOLVANE_DEFINE_LOG(lcNotificationScheduler, "NotificationScheduler")
 
@@ -63,23 +64,35 @@ void NotificationScheduler::registerCategories()
 
 QList<ReviewCard> NotificationScheduler::reminderCards(const QList<ReviewCard>& deck)
 {
-    QList<ReviewCard> eligible;
-    for (const ReviewCard& card : deck) {
-        if (card.status != CardStatus::knowIt)
-            eligible.append(card);
+    // Sorting positions with a plain number for a key, not the cards themselves: decks grow to
+    // thousands of cards and every answer plans again.
+    struct Entry
+    {
+        bool shown;
+        qint64 lastShown;
+        qsizetype position;
+    };
+    std::vector<Entry> eligible;
+    eligible.reserve(size_t(deck.size()));
+    for (qsizetype i = 0; i < deck.size(); ++i) {
+        const ReviewCard& card = deck.at(i);
+        if (card.status == CardStatus::knowIt)
+            continue;
+        eligible.push_back(
+            {card.lastShownDate.has_value(), card.lastShownDate ? card.lastShownDate->toMSecsSinceEpoch() : 0, i});
     }
-    // Stable, so never-shown cards and cards shown at the same moment keep their deck order.
-    std::stable_sort(eligible.begin(), eligible.end(), [](const ReviewCard& a, const ReviewCard& b) {
-        if (!a.lastShownDate || !b.lastShownDate)
-            return !a.lastShownDate && b.lastShownDate;
-        return *a.lastShownDate < *b.lastShownDate;
-    });
-    if (eligible.isEmpty())
+    if (eligible.empty())
         return {};
+    // Stable, so never-shown cards and cards shown at the same moment keep their deck order.
+    std::stable_sort(eligible.begin(), eligible.end(), [](const Entry& a, const Entry& b) {
+        if (a.shown != b.shown)
+            return !a.shown;
+        return a.lastShown < b.lastShown;
+    });
     QList<ReviewCard> slots;
     slots.reserve(slotsPerPlan);
-    for (int slot = 0; slot < slotsPerPlan; ++slot)
-        slots.append(eligible.at(slot % eligible.size()));
+    for (size_t slot = 0; slot < size_t(slotsPerPlan); ++slot)
+        slots.append(deck.at(eligible.at(slot % eligible.size()).position));
     return slots;
 }
 

@@ -97,11 +97,15 @@ private Q_SLOTS:
         DbusNotificationServer client(QDBusConnection::connectToBus(m_address, QStringLiteral("client-1")));
         QList<QPair<quint32, QString>> actions;
         QList<quint32> closed;
-        client.setHandlers([&](quint32 id, const QString& key) { actions.append({id, key}); },
-                           [&](quint32 id) { closed.append(id); });
+        client.setHandlers(
+            [&](quint32 id, const QString& key) {
+                actions.append({id, key});
+            },
+            [&](quint32 id) { closed.append(id); });
 
         std::optional<QStringList> capabilities;
-        client.capabilities([&](std::optional<QStringList> c, const QString&) { capabilities = c.value_or(QStringList{}); });
+        client.capabilities(
+            [&](std::optional<QStringList> c, const QString&) { capabilities = c.value_or(QStringList{}); });
         QTRY_VERIFY(capabilities.has_value());
         QCOMPARE(*capabilities, server.capabilityList);
 

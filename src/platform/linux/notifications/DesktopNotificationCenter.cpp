@@ -70,6 +70,8 @@ std::unique_ptr<DesktopNotificationCenter> DesktopNotificationCenter::forSession
 DesktopNotificationCenter::~DesktopNotificationCenter()
 {
     m_timer.cancel();
+    if (m_unsaved)
+        writeFile();
 }
 
 QString DesktopNotificationCenter::escapedBody(const QString& text)
@@ -191,6 +193,21 @@ void DesktopNotificationCenter::checkAuthorization(std::function<void(bool grant
 
 void DesktopNotificationCenter::persist()
 {
+    // A plan adds its reminders one after another within one turn of the main loop: one write
+    // for all of them.
+    if (m_unsaved)
+        return;
+    m_unsaved = true;
+    std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
+    m_scheduler.post([weak] {
+        if (auto self = weak.lock())
+            (*self)->writeFile();
+    });
+}
+
+void DesktopNotificationCenter::writeFile()
+{
+    m_unsaved = false;
     if (Result<void> saved = m_file.save(m_pending); !saved)
         qCWarning(lcNotificationCenter).noquote() << saved.error().message;
 }
@@ -239,8 +256,12 @@ void DesktopNotificationCenter::deliverDue()
         [&](const PendingRequest& p) { return p.dueDate <= now && p.request.identifier != chosen.request.identifier; });
     if (dropped > 0) {
         qCInfo(lcNotificationCenter).noquote()
-            << QStringLiteral("%1 earlier reminders came due while they could not be shown; only the latest is shown")
-                   .arg(dropped);
+            << (dropped == 1
+                    ? QStringLiteral(
+                          "Skipped 1 reminder that came due while it could not be shown; the latest one is shown")
+                    : QStringLiteral("Skipped %1 reminders that came due while they could not be shown; the "
+                                     "latest one is shown")
+                          .arg(dropped));
         persist();
     }
     deliver(chosen);

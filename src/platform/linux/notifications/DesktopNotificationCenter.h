@@ -56,6 +56,7 @@ private:
     };
 
     void persist();
+    void writeFile();
     void arm();
     void deliverDue();
     void deliver(const PendingRequest& pending);
@@ -78,6 +79,7 @@ private:
     QHash<quint32, Delivered> m_delivered;
     TimerHandle m_timer;
     bool m_delivering = false;
+    bool m_unsaved = false;
     QDateTime m_retryAt;
     QString m_lastDeliveryError;
     std::shared_ptr<DesktopNotificationCenter*> m_self;
