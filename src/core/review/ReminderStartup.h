@@ -12,8 +12,7 @@ class Scheduler;
 // between them.
 //
 // First: the delegate receives the answers, and the category with its two buttons is installed.
-void connectReminders(NotificationCenter& center, NotificationCenterDelegate& delegate,
-                      NotificationScheduler& planner);
+void connectReminders(NotificationCenter& center, NotificationCenterDelegate& delegate, NotificationScheduler& planner);
 
 // Later: the permission is read and stored, and, once the first-run guide is finished, the plan
 // is made on the main loop. Before that, the guide plans when it ends.

@@ -98,6 +98,15 @@ std::optional<Found> button(const QList<Found>& contents, const QString& label)
     return std::nullopt;
 }
 
+std::optional<Found> label(const QList<Found>& contents, const QString& text)
+{
+    for (const Found& f : contents) {
+        if (f.role == ATSPI_ROLE_LABEL && f.name == text && !f.extents.isEmpty())
+            return f;
+    }
+    return std::nullopt;
+}
+
 bool hasLabel(const QList<Found>& contents, const QString& text)
 {
     return std::any_of(contents.begin(), contents.end(), [&](const Found& f) { return f.name == text; });
@@ -159,7 +168,11 @@ private Q_SLOTS:
         card.sourceText = QStringLiteral("<b>hostile</b>");
         // Valid markup: a server that parsed it would show "x y" in italics and bold.
         card.translation = QStringLiteral("<i>x</i> <b>y</b>");
-        deck.cards = {card};
+        ReviewCard bread;
+        bread.id = QUuid::createUuid();
+        bread.sourceText = QStringLiteral("bread");
+        bread.translation = QStringLiteral("хлеб");
+        deck.cards = {card, bread};
         NotificationScheduler planner(center, preferences, scheduler, [&] { return deck.cards; });
         int reviewWindows = 0;
         ReminderResponder responder(deck, planner, preferences, scheduler, [&] { ++reviewWindows; });
@@ -184,20 +197,40 @@ private Q_SLOTS:
         const Found knowIt = *button(contents, QStringLiteral("I know this"));
         saveScreenshot(notificationArea(contents, knowIt.extents));
 
-        QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
-                                   {QStringLiteral("mousemove"), QString::number(knowIt.extents.center().x()),
-                                    QString::number(knowIt.extents.center().y()), QStringLiteral("click"),
-                                    QStringLiteral("1")}),
-                 0);
+        click(knowIt.extents.center());
         QTRY_VERIFY_WITH_TIMEOUT(deck.cards.first().status == CardStatus::knowIt, 10000);
         QVERIFY(deck.shown >= 1);
         QCOMPARE(reviewWindows, 0);
-        // The only card is known now: nothing is left to remind of.
+        // Only the other card is left in the plan.
+        QTRY_COMPARE(pendingCount(center), 60);
+        center.pendingRequests([&](QList<NotificationRequest> list) {
+            for (const NotificationRequest& r : list)
+                QCOMPARE(r.title, bread.sourceText);
+        });
+
+        // A click on the reminder itself opens the review window and answers nothing.
+        std::optional<Found> word;
+        QTRY_VERIFY_WITH_TIMEOUT((word = label(notificationServerContents(), bread.sourceText)).has_value(), 15000);
+        const int shownBefore = deck.shown;
+        click(word->extents.center());
+        QTRY_COMPARE_WITH_TIMEOUT(reviewWindows, 1, 10000);
+        QCOMPARE(deck.cards.last().status, CardStatus::new_);
+        QVERIFY(deck.shown > shownBefore);
+
+        planner.cancelAll();
         QTRY_COMPARE(pendingCount(center), 0);
         QVERIFY(!planner.hasRenewalTimer());
     }
 
 private:
+    static void click(QPoint at)
+    {
+        QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
+                                   {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
+                                    QStringLiteral("click"), QStringLiteral("1")}),
+                 0);
+    }
+
     // The outermost part of the server's display that holds the button: the notification itself.
     static QRect notificationArea(const QList<Found>& contents, const QRect& button)
     {
