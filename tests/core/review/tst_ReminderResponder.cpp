@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Answers to reminders: what reaches the deck, the plan and the review window, and what does not.
-#include "core/review/NotificationScheduler.h"
+#include "core/review/ReminderPlanner.h"
 #include "core/review/ReminderResponder.h"
 #include "core/setup/Preferences.h"
-#include "fakes/FakePlatform.h"
 #include "fakes/FakeScheduler.h"
+#include "platform/null/MemoryPreferenceStore.h"
 
 #include <QTest>
 
@@ -12,37 +12,14 @@ using namespace tolvane;
 
 namespace {
 
-// A deck that keeps its cards in memory and plans again after an answer, as the real one does.
-class MemoryDeck final : public ReminderDeck
+// Records what the answers ask of the deck.
+class RecordingDeck final : public ReminderDeck
 {
 public:
-    QList<ReviewCard> cards;
-    ReminderPlanner* planner = nullptr;
-    Clock* clock = nullptr;
     QList<QPair<QUuid, CardStatus>> statusCalls;
     QList<QPair<QUuid, double>> shownCalls;
-
-    void setStatus(const QUuid& id, CardStatus status) override
-    {
-        statusCalls.append({id, status});
-        for (auto& card : cards) {
-            if (card.id == id) {
-                card.status = status;
-                if (planner)
-                    planner->reschedule();
-            }
-        }
-    }
-    void markShown(const QUuid& id, double interval) override
-    {
-        shownCalls.append({id, interval});
-        for (auto& card : cards) {
-            if (card.id == id && clock) {
-                card.lastShownDate = clock->now();
-                card.nextNotificationDate = clock->now().addSecs(qint64(interval));
-            }
-        }
-    }
+    void setStatus(const QUuid& id, CardStatus status) override { statusCalls.append({id, status}); }
+    void markShown(const QUuid& id, double interval) override { shownCalls.append({id, interval}); }
 };
 
 class CountingPlanner final : public ReminderPlanner
@@ -69,7 +46,7 @@ struct Rig
     Preferences preferences{store};
     FakeClock clock;
     FakeScheduler scheduler{&clock};
-    MemoryDeck deck;
+    RecordingDeck deck;
     CountingPlanner planner;
     int windowsShown = 0;
     ReminderResponder responder{deck, planner, preferences, scheduler, [this] { ++windowsShown; }};
@@ -98,6 +75,9 @@ private Q_SLOTS:
         QTest::newRow("click on the reminder, interval zero")
             << NotificationResponse::defaultActionIdentifier << std::optional<double>(0.0)
             << std::optional<CardStatus>() << 14400.0 << 1;
+        // Empty action: the reminder came while Tolvane was in front; the card only moves on.
+        QTest::newRow("presented in front, half an hour")
+            << QString() << std::optional<double>(0.5) << std::optional<CardStatus>() << 1800.0 << 0;
     }
     void answersSetStatusMarkShownAndPlanAgain()
     {
@@ -109,7 +89,13 @@ private Q_SLOTS:
         Rig rig;
         if (hours)
             rig.preferences.setDouble(PreferenceKey::notificationIntervalHours, *hours);
-        rig.responder.didReceive(response(action, rig.idText));
+        if (action.isEmpty()) {
+            NotificationRequest request;
+            request.userInfo.insert(QStringLiteral("cardId"), rig.idText);
+            rig.responder.willPresent(request);
+        } else {
+            rig.responder.didReceive(response(action, rig.idText));
+        }
         QVERIFY(rig.deck.shownCalls.isEmpty()); // on the main loop, after the desktop's call returns
         rig.scheduler.runPosted();
 
@@ -130,9 +116,7 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("cardId");
         QTest::newRow("missing") << QVariant();
         QTest::newRow("not an identifier") << QVariant(QStringLiteral("not-a-uuid"));
-        QTest::newRow("braced") << QVariant(QUuid::createUuid().toString());
         QTest::newRow("a number") << QVariant(42);
-        QTest::newRow("empty") << QVariant(QString());
     }
     void responseWithoutUsableCardChangesNothing()
     {
@@ -148,53 +132,6 @@ private Q_SLOTS:
         QVERIFY(rig.deck.shownCalls.isEmpty());
         QCOMPARE(rig.planner.plans, 0);
         QCOMPARE(rig.windowsShown, 0);
-    }
-
-    void reminderWhileInFrontPushesTheCardOutWithoutAnswering()
-    {
-        Rig rig;
-        rig.preferences.setDouble(PreferenceKey::notificationIntervalHours, 0.5);
-        NotificationRequest request;
-        request.userInfo.insert(QStringLiteral("cardId"), rig.idText);
-        rig.responder.willPresent(request);
-        rig.scheduler.runPosted();
-        QVERIFY(rig.deck.statusCalls.isEmpty());
-        QCOMPARE(rig.deck.shownCalls, (QList<QPair<QUuid, double>>{{rig.id, 1800.0}}));
-        QCOMPARE(rig.planner.plans, 1);
-        QCOMPARE(rig.windowsShown, 0);
-    }
-
-    void knownCardLeavesThePlanAndTheNextReminderComesOneIntervalLater()
-    {
-        MemoryPreferenceStore store;
-        Preferences preferences(store);
-        FakeClock clock;
-        FakeScheduler scheduler(&clock);
-        FakeNotificationCenter center;
-        MemoryDeck deck;
-        deck.clock = &clock;
-        ReviewCard a;
-        a.id = QUuid::createUuid();
-        a.sourceText = QStringLiteral("apple");
-        ReviewCard b = a;
-        b.id = QUuid::createUuid();
-        b.sourceText = QStringLiteral("bread");
-        deck.cards = {a, b};
-        NotificationScheduler planner(center, preferences, scheduler, [&] { return deck.cards; });
-        deck.planner = &planner;
-        ReminderResponder responder(deck, planner, preferences, scheduler, [] {});
-        planner.reschedule();
-        scheduler.runPosted();
-        QCOMPARE(center.pending.size(), 60);
-
-        clock.advance(std::chrono::hours(3));
-        responder.didReceive(response(QStringLiteral("FLASHCARD_KNOW_IT"), NotificationScheduler::cardIdText(a.id)));
-        scheduler.runPosted();
-        QCOMPARE(center.pending.size(), 60);
-        for (const NotificationRequest& r : center.pending)
-            QCOMPARE(r.title, QStringLiteral("bread"));
-        QCOMPARE(center.pending.first().timeIntervalSeconds, 14400.0);
-        QCOMPARE(deck.cards.first().nextNotificationDate, clock.now().addSecs(14400));
     }
 };
 
