@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What every record file shares: the encodings, the atomic rewrite, and the recovery of files that
+// cannot be read.
+#include "fakes/FakeScheduler.h"
+#include "LogCapture.h"
+#include "core/records/ConfusionLogStore.h"
+#include "core/records/JsonRecordFile.h"
+#include "core/records/ReviewDeckStore.h"
+#include "core/records/UsageEventStore.h"
+#include "core/setup/Preferences.h"
+#include "core/support/Logging.h"
+#include "platform/null/MemoryPreferenceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace tolvane;
+
+TOLVANE_DEFINE_LOG(lcTestStore, "TestStore")
+
+namespace {
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+QStringList recoveryCopies(const QString& directory, const QString& fileName)
+{
+    return QDir(directory).entryList({fileName + QStringLiteral(".corrupt-*")}, QDir::AllEntries | QDir::System);
+}
+
+const QString uuidPattern = QStringLiteral("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
+
+} // namespace
+
+class TestRecordFiles : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void datesAreSecondsSince2001AndOutputIsCompact()
+    {
+        QTemporaryDir dir;
+        FakeClock clock(QDateTime(QDate(2025, 1, 1), QTime(0, 0), Qt::UTC));
+        ConfusionLogStore log(clock, dir.path());
+        log.recordLookup(QStringLiteral("Haus"), QStringLiteral("house"), std::nullopt);
+        QCOMPARE(readFile(log.filePath()),
+                 QByteArray("[{\"word\":\"Haus\",\"translation\":\"house\",\"seenCount\":1,\"lastSeen\":757382400}]"));
+
+        clock.advance(Duration(250));
+        UsageEventStore events(clock, dir.path());
+        events.record(UsageEventType::review);
+        QCOMPARE(readFile(events.filePath()), QByteArray("[{\"type\":\"review\",\"date\":757382400.25}]"));
+
+        // Before 2001 the number is negative, and it still reads back to the same moment.
+        clock.setNow(QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 1), Qt::UTC));
+        events.record(UsageEventType::lookup);
+        const auto reread = UsageEventStore::decode(readFile(events.filePath()));
+        QVERIFY(reread.ok());
+        QCOMPARE(reread.value(), events.events());
+    }
+
+    void filesAndTheirDirectoryArePrivate()
+    {
+        QTemporaryDir parent;
+        const QString dir = parent.path() + QStringLiteral("/a/Tolvane");
+        FakeClock clock;
+        UsageEventStore events(clock, dir);
+        QVERIFY(QFileInfo(dir).isDir());
+        QVERIFY(!QFile::exists(events.filePath())); // nothing written until the first change
+        events.record(UsageEventType::lookup);
+        QCOMPARE(QFileInfo(dir).permissions() & 0x0077, QFileDevice::Permissions());
+        QCOMPARE(QFile(events.filePath()).permissions(),
+                 QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser);
+        // The temporary file of the atomic write does not stay behind.
+        QCOMPARE(QDir(dir).entryList(QDir::Files), QStringList{QStringLiteral("usage_events.json")});
+    }
+
+    void anEmptyArrayOrAMissingFileLoadsQuietly()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        LogCapture logs;
+        {
+            UsageEventStore missing(clock, dir.path());
+            QVERIFY(missing.events().isEmpty());
+        }
+        writeFile(dir.filePath(QStringLiteral("usage_events.json")), "[]");
+        UsageEventStore empty(clock, dir.path());
+        QVERIFY(empty.events().isEmpty());
+        QVERIFY(logs.lines().isEmpty());
+        QVERIFY(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).isEmpty());
+    }
+
+    void anObjectInsteadOfAnArrayIsSetAsideAndTheStoreStartsAfresh()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        MemoryPreferenceStore preferenceStore;
+        Preferences preferences(preferenceStore);
+        FakeScheduler scheduler;
+        UsageEventStore events(clock, dir.path());
+        writeFile(dir.filePath(QStringLiteral("review_deck.json")), "{}");
+
+        LogCapture logs;
+        ReviewDeckStore deck(clock, scheduler, preferences, events, nullptr, dir.path());
+        QVERIFY(deck.cards().isEmpty());
+        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("review_deck.json"));
+        QCOMPARE(copies.size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("^review_deck\\.json\\.corrupt-%1$").arg(uuidPattern))
+                    .match(copies.first())
+                    .hasMatch());
+        QCOMPARE(readFile(dir.filePath(copies.first())), QByteArray("{}"));
+        QCOMPARE(logs.lines().size(), 1);
+        const QString expectedStart = QStringLiteral("[ReviewDeckStore] Could not decode JSON; preserved the original at %1. Error: ")
+                                          .arg(dir.filePath(copies.first()));
+        QVERIFY2(logs.lines().first().startsWith(expectedStart), qPrintable(logs.lines().first()));
+        QVERIFY(logs.lines().first().size() > expectedStart.size()); // the error says something
+
+        deck.addCard(QStringLiteral("Haus"), QStringLiteral("house"), true, QStringLiteral("de"),
+                     DetectedDirection::targetToEnglish);
+        QCOMPARE(ReviewDeckStore::decode(readFile(deck.filePath()), clock.now()).value(), deck.cards());
+    }
+
+    void twoFailuresInTwoRunsLeaveTwoCopies()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        const QString path = dir.filePath(QStringLiteral("confusion_log.json"));
+        writeFile(path, "not json");
+        { ConfusionLogStore first(clock, dir.path()); }
+        writeFile(path, "[{\"word\":1}]");
+        { ConfusionLogStore second(clock, dir.path()); }
+        QStringList copies = recoveryCopies(dir.path(), QStringLiteral("confusion_log.json"));
+        QCOMPARE(copies.size(), 2);
+        QStringList contents{readFile(dir.filePath(copies[0])), readFile(dir.filePath(copies[1]))};
+        contents.sort();
+        QCOMPARE(contents, (QStringList{QStringLiteral("[{\"word\":1}]"), QStringLiteral("not json")}));
+    }
+
+    void badContentIsSetAsideUntouched_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("date as ISO text") << QByteArray("[{\"type\":\"lookup\",\"date\":\"2025-01-01T00:00:00Z\"}]");
+        QTest::newRow("NaN date") << QByteArray("[{\"type\":\"lookup\",\"date\":NaN}]");
+        QTest::newRow("huge date") << QByteArray("[{\"type\":\"lookup\",\"date\":1e300}]");
+        QTest::newRow("unknown type") << QByteArray("[{\"type\":\"click\",\"date\":0}]");
+        QTest::newRow("type missing") << QByteArray("[{\"date\":0}]");
+        QTest::newRow("date null") << QByteArray("[{\"type\":\"lookup\",\"date\":null}]");
+        QTest::newRow("a number among records") << QByteArray("[{\"type\":\"lookup\",\"date\":0},5]");
+        QTest::newRow("one bad record among good") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"lookup\"}]");
+        QTest::newRow("cut short") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"loo");
+        QTest::newRow("invalid UTF-8") << QByteArray("[{\"type\":\"look\xff\xfe\",\"date\":0}]");
+        QTest::newRow("deeply nested") << QByteArray(100000, '[') + QByteArray(100000, ']');
+        QTest::newRow("empty file") << QByteArray();
+        QTest::newRow("NUL bytes") << QByteArray(64, '\0');
+    }
+
+    void badContentIsSetAsideUntouched()
+    {
+        QFETCH(QByteArray, content);
+        QTemporaryDir dir;
+        FakeClock clock;
+        writeFile(dir.filePath(QStringLiteral("usage_events.json")), content);
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        QVERIFY(events.events().isEmpty());
+        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("usage_events.json"));
+        QCOMPARE(copies.size(), 1);
+        QCOMPARE(readFile(dir.filePath(copies.first())), content);
+        QCOMPARE(logs.lines().size(), 1);
+        QVERIFY(logs.lines().first().startsWith(QStringLiteral("[UsageEventStore] Could not decode JSON; preserved")));
+    }
+
+    void unknownKeysAreIgnoredAndWholeNumbersMayCarryAFraction()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        writeFile(dir.filePath(QStringLiteral("confusion_log.json")),
+                  "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"colour\":\"blue\",\"extra\":{}}]");
+        ConfusionLogStore log(clock, dir.path());
+        QCOMPARE(log.entries().size(), 1);
+        QCOMPARE(log.entries().first().seenCount, 3);
+        QCOMPARE(log.entries().first().lastSeen, QDateTime(QDate(2001, 1, 1), QTime(0, 0, 1, 500), Qt::UTC));
+    }
+
+    void aDirectoryWhereTheFileShouldBeIsMovedAside()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("usage_events.json/inner")));
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 1);
+        events.record(UsageEventType::lookup);
+        QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
+    }
+
+    void anOversizedFileIsSetAsideWithoutReadingIt()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        QFile file(dir.filePath(QStringLiteral("usage_events.json")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize(qint64(200) * 1024 * 1024)); // sparse: costs no disk
+        file.close();
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        QVERIFY(events.events().isEmpty());
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 1);
+    }
+
+    void anUnreadableFileIsSetAside()
+    {
+        if (::geteuid() == 0)
+            QSKIP("root reads every file");
+        QTemporaryDir dir;
+        FakeClock clock;
+        const QString path = dir.filePath(QStringLiteral("usage_events.json"));
+        writeFile(path, "[]");
+        QFile::setPermissions(path, QFileDevice::WriteOwner);
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 1);
+    }
+
+    void aFailedMoveLeavesTheFileToBeReplaced()
+    {
+        QTemporaryDir dir;
+        // With the recovery suffix the name grows past what the file system allows.
+        const QString name = QString(220, QLatin1Char('r')) + QStringLiteral(".json");
+        writeFile(dir.filePath(name), "{}");
+        LogCapture logs;
+        JsonRecordFile file(dir.path(), name, &lcTestStore);
+        const auto loaded = file.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; });
+        QVERIFY(!loaded);
+        QCOMPARE(logs.lines().size(), 1);
+        QVERIFY2(QRegularExpression(QStringLiteral("^\\[TestStore\\] Could not decode JSON or create a recovery copy\\. "
+                                                   "Decode error: .+; backup error: .+$"))
+                     .match(logs.lines().first())
+                     .hasMatch(),
+                 qPrintable(logs.lines().first()));
+        QCOMPARE(readFile(file.path()), QByteArray("{}"));
+        file.persistBytes("[]");
+        QCOMPARE(readFile(file.path()), QByteArray("[]"));
+    }
+
+    void aFailedWriteKeepsTheChangeInMemoryAndTheOldFile()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        UsageEventStore events(clock, dir.path());
+        events.record(UsageEventType::lookup);
+        const QByteArray before = readFile(events.filePath());
+        // Something in the way of the temporary file makes every write fail.
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("usage_events.json.tmp/x")));
+        {
+            LogCapture logs;
+            events.record(UsageEventType::review);
+            QCOMPARE(logs.lines().size(), 1);
+            QVERIFY2(logs.lines().first().startsWith(QStringLiteral("[UsageEventStore] Failed to persist JSON: ")),
+                     qPrintable(logs.lines().first()));
+        }
+        QCOMPARE(events.events().size(), 2);
+        QCOMPARE(readFile(events.filePath()), before);
+        QVERIFY(QDir(dir.filePath(QStringLiteral("usage_events.json.tmp"))).removeRecursively());
+        events.record(UsageEventType::lookup);
+        QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value().size(), 3);
+    }
+
+    void hostileTextSurvivesTheRoundTrip()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        const QString hostile = QStringLiteral("\"\\\n\t\u0001\u007f\u2028</script>") + QChar(0xD800) // lone surrogate
+                                + QStringLiteral("日本語🙂");
+        {
+            ConfusionLogStore log(clock, dir.path());
+            log.recordLookup(hostile, hostile, hostile);
+        }
+        ConfusionLogStore reread(clock, dir.path());
+        QCOMPARE(reread.entries().size(), 1);
+        // A lone surrogate has no UTF-8 form; everything else comes back exactly.
+        QCOMPARE(reread.entries().first().word.left(12), hostile.left(12));
+        QVERIFY(reread.entries().first().word.endsWith(QStringLiteral("日本語🙂")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRecordFiles)
+#include "tst_RecordFiles.moc"
