@@ -2,7 +2,6 @@
 #include "core/records/RecordJson.h"
 
 #include <QJsonValue>
-#include <QLocale>
 
 #include <cmath>
 #include <limits>
@@ -38,16 +37,18 @@ void Writer::appendString(QByteArray& out, QStringView text)
 {
     static constexpr char hex[] = "0123456789abcdef";
     out += '"';
-    const QByteArray utf8 = text.toUtf8();
-    const char* begin = utf8.constData();
-    const char* run = begin;
-    const char* end = begin + utf8.size();
-    for (const char* p = begin; p != end; ++p) {
-        const auto c = static_cast<unsigned char>(*p);
-        if (c >= 0x20 && c != '"' && c != '\\')
+    const char16_t* p = text.utf16();
+    const char16_t* const end = p + text.size();
+    while (p != end) {
+        if (*p >= 0x80) {
+            // Runs of non-ASCII text need no escaping; encode them in one go, surrogate pairs whole.
+            const char16_t* run = p;
+            while (p != end && *p >= 0x80)
+                ++p;
+            out += QStringView(run, p - run).toUtf8();
             continue;
-        out.append(run, p - run);
-        run = p + 1;
+        }
+        const char c = char(*p++);
         switch (c) {
         case '"':
             out += "\\\"";
@@ -65,12 +66,15 @@ void Writer::appendString(QByteArray& out, QStringView text)
             out += "\\t";
             break;
         default:
-            out += "\\u00";
-            out += hex[c >> 4];
-            out += hex[c & 0xF];
+            if (c >= 0x20) {
+                out += c;
+            } else {
+                out += "\\u00";
+                out += hex[c >> 4];
+                out += hex[c & 0xF];
+            }
         }
     }
-    out.append(run, end - run);
     out += '"';
 }
 
@@ -99,23 +103,54 @@ void Writer::member(const char* name, qint64 value)
 void Writer::member(const char* name, const QDateTime& value)
 {
     key(name);
-    const qint64 msecs = value.toMSecsSinceEpoch() - referenceDateMSecsSinceEpoch;
-    // Whole milliseconds are written exactly, without the detour through a double.
-    const qint64 wholeSeconds = msecs / 1000;
-    const qint64 millis = msecs % 1000;
-    if (millis == 0) {
-        m_out += QByteArray::number(wholeSeconds);
-        return;
+    // Milliseconds are all a QDateTime holds, so the exact decimal form is also the shortest one
+    // that reads back to the same number: whole seconds, then at most three digits.
+    qint64 msecs = value.toMSecsSinceEpoch() - referenceDateMSecsSinceEpoch;
+    if (msecs < 0) {
+        m_out += '-';
+        msecs = -msecs;
     }
-    m_out += QByteArray::number(double(msecs) / 1000.0, 'g', QLocale::FloatingPointShortest);
+    m_out += QByteArray::number(msecs / 1000);
+    int millis = int(msecs % 1000);
+    if (millis == 0)
+        return;
+    char digits[4] = {char('0' + millis / 100), char('0' + millis / 10 % 10), char('0' + millis % 10), 0};
+    int length = 3;
+    while (digits[length - 1] == '0')
+        --length;
+    m_out += '.';
+    m_out.append(digits, length);
+}
+
+void Writer::member(const char* name, QLatin1String value)
+{
+    key(name);
+    m_out += '"';
+    m_out.append(value.data(), value.size());
+    m_out += '"';
 }
 
 void Writer::member(const char* name, const QUuid& value)
 {
+    static constexpr char hex[] = "0123456789ABCDEF";
     key(name);
-    m_out += '"';
-    m_out += value.toByteArray(QUuid::WithoutBraces).toUpper();
-    m_out += '"';
+    const uchar bytes[16] = {uchar(value.data1 >> 24), uchar(value.data1 >> 16), uchar(value.data1 >> 8),
+                             uchar(value.data1),       uchar(value.data2 >> 8),  uchar(value.data2),
+                             uchar(value.data3 >> 8),  uchar(value.data3),       value.data4[0],
+                             value.data4[1],           value.data4[2],           value.data4[3],
+                             value.data4[4],           value.data4[5],           value.data4[6],
+                             value.data4[7]};
+    char text[38];
+    int at = 0;
+    text[at++] = '"';
+    for (int i = 0; i < 16; ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10)
+            text[at++] = '-';
+        text[at++] = hex[bytes[i] >> 4];
+        text[at++] = hex[bytes[i] & 0xF];
+    }
+    text[at++] = '"';
+    m_out.append(text, at);
 }
 
 void Reader::fail(QLatin1String key, const QString& problem)

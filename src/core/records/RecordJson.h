@@ -38,6 +38,8 @@ public:
     void member(const char* key, qint64 value);
     void member(const char* key, const QDateTime& value);
     void member(const char* key, const QUuid& value);
+    // Raw values of enumerations: plain ASCII, nothing to escape.
+    void member(const char* key, QLatin1String value);
     template <typename T> void optionalMember(const char* key, const std::optional<T>& value)
     {
         if (value)
