@@ -3,6 +3,8 @@
 
 #include <QJsonValue>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -48,6 +50,15 @@ void Writer::appendString(QByteArray& out, QStringView text)
             out += QStringView(run, p - run).toUtf8();
             continue;
         }
+        const char16_t* plain = p;
+        while (p != end && *p >= 0x20 && *p < 0x80 && *p != '"' && *p != '\\')
+            ++p;
+        if (p != plain) {
+            const qsizetype at = out.size();
+            out.resize(at + (p - plain));
+            std::copy(plain, p, out.data() + at); // ASCII: one byte per code unit
+            continue;
+        }
         const char c = char(*p++);
         switch (c) {
         case '"':
@@ -66,13 +77,9 @@ void Writer::appendString(QByteArray& out, QStringView text)
             out += "\\t";
             break;
         default:
-            if (c >= 0x20) {
-                out += c;
-            } else {
-                out += "\\u00";
-                out += hex[c >> 4];
-                out += hex[c & 0xF];
-            }
+            out += "\\u00";
+            out += hex[c >> 4];
+            out += hex[c & 0xF];
         }
     }
     out += '"';
@@ -97,7 +104,14 @@ void Writer::member(const char* name, const QString& value)
 void Writer::member(const char* name, qint64 value)
 {
     key(name);
-    m_out += QByteArray::number(value);
+    appendInteger(value);
+}
+
+void Writer::appendInteger(qint64 value)
+{
+    char digits[24];
+    const auto result = std::to_chars(digits, digits + sizeof digits, value);
+    m_out.append(digits, result.ptr - digits);
 }
 
 void Writer::member(const char* name, const QDateTime& value)
@@ -110,7 +124,7 @@ void Writer::member(const char* name, const QDateTime& value)
         m_out += '-';
         msecs = -msecs;
     }
-    m_out += QByteArray::number(msecs / 1000);
+    appendInteger(msecs / 1000);
     int millis = int(msecs % 1000);
     if (millis == 0)
         return;

@@ -50,6 +50,7 @@ public:
 
 private:
     void key(const char* name);
+    void appendInteger(qint64 value);
 
     QByteArray& m_out;
     bool m_first = true;
