@@ -118,8 +118,8 @@ int main(int argc, char** argv)
     std::printf("Record files in %s (median of several runs; ms; one change = the store operation "
                 "including the atomic rewrite)\n",
                 qPrintable(base));
-    std::printf("%-18s %7s %10s %10s %10s %10s %10s %10s\n", "store", "records", "load", "change", "encode",
-                "write", "fdatasync", "file KiB");
+    std::printf("%-18s %7s %10s %10s %10s %10s %10s %10s\n", "store", "records", "load", "change", "encode", "write",
+                "fdatasync", "file KiB");
 
     for (const qsizetype n : {qsizetype(100), qsizetype(1000), qsizetype(10000), qsizetype(100000)}) {
         const QString dir = base + QStringLiteral("/n%1").arg(n);
@@ -144,11 +144,12 @@ int main(int argc, char** argv)
                     card.dateAdded = clock.now();
                     cards.append(card);
                 }
-                JsonRecordFile(dir, QStringLiteral("review_deck.json"), &lcBench).write(ReviewDeckStore::encode(cards)).ok();
+                JsonRecordFile(dir, QStringLiteral("review_deck.json"), &lcBench)
+                    .write(ReviewDeckStore::encode(cards))
+                    .ok();
             }
-            const double load = medianMs(runs, {}, [&] {
-                ReviewDeckStore deck(clock, scheduler, preferences, events, nullptr, dir);
-            });
+            const double load =
+                medianMs(runs, {}, [&] { ReviewDeckStore deck(clock, scheduler, preferences, events, nullptr, dir); });
             ReviewDeckStore deck(clock, scheduler, preferences, events, nullptr, dir);
             const QUuid middle = deck.cards().at(n / 2).id;
             // The usage event of an answer is a change of the usage log, measured below.

@@ -8,8 +8,7 @@
 
 namespace tolvane {
 
-LookupMilestoneManager::LookupMilestoneManager(Preferences& preferences, MilestoneHandler onMilestone,
-                                               QObject* parent)
+LookupMilestoneManager::LookupMilestoneManager(Preferences& preferences, MilestoneHandler onMilestone, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
     , m_onMilestone(std::move(onMilestone))

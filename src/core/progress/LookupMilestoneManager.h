@@ -31,8 +31,8 @@ public:
 
     // After each successful word look-up; the handler, if a milestone is reached, runs before
     // this returns.
-    void recordSuccessfulLookup(const QString& source, const QString& translation,
-                                const QString& targetLanguageCode, DetectedDirection direction);
+    void recordSuccessfulLookup(const QString& source, const QString& translation, const QString& targetLanguageCode,
+                                DetectedDirection direction);
     // The first milestone above the count; nothing past the last one.
     std::optional<qint64> nextMilestone() const;
     QSet<qint64> shownMilestones() const;

@@ -78,9 +78,8 @@ QList<ConfusionLogEntry> ConfusionLogStore::mostConfused(qsizetype limit) const
     if (limit <= 0)
         return {};
     QList<ConfusionLogEntry> ranked = m_entries;
-    std::stable_sort(ranked.begin(), ranked.end(), [](const ConfusionLogEntry& a, const ConfusionLogEntry& b) {
-        return a.seenCount > b.seenCount;
-    });
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const ConfusionLogEntry& a, const ConfusionLogEntry& b) { return a.seenCount > b.seenCount; });
     if (ranked.size() > limit)
         ranked.resize(limit);
     return ranked;

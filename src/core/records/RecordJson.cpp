@@ -148,12 +148,11 @@ void Writer::member(const char* name, const QUuid& value)
 {
     static constexpr char hex[] = "0123456789ABCDEF";
     key(name);
-    const uchar bytes[16] = {uchar(value.data1 >> 24), uchar(value.data1 >> 16), uchar(value.data1 >> 8),
-                             uchar(value.data1),       uchar(value.data2 >> 8),  uchar(value.data2),
-                             uchar(value.data3 >> 8),  uchar(value.data3),       value.data4[0],
-                             value.data4[1],           value.data4[2],           value.data4[3],
-                             value.data4[4],           value.data4[5],           value.data4[6],
-                             value.data4[7]};
+    const uchar bytes[16] = {
+        uchar(value.data1 >> 24), uchar(value.data1 >> 16), uchar(value.data1 >> 8), uchar(value.data1),
+        uchar(value.data2 >> 8),  uchar(value.data2),       uchar(value.data3 >> 8), uchar(value.data3),
+        value.data4[0],           value.data4[1],           value.data4[2],          value.data4[3],
+        value.data4[4],           value.data4[5],           value.data4[6],          value.data4[7]};
     char text[38];
     int at = 0;
     text[at++] = '"';

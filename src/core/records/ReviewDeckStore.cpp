@@ -143,8 +143,8 @@ void ReviewDeckStore::addCard(const QString& sourceText, const QString& translat
     const QDateTime now = m_clock.now();
 
     const auto match = std::find_if(m_cards.begin(), m_cards.end(), [&](const ReviewCard& card) {
-        return card.sourceText.compare(sourceText, Qt::CaseInsensitive) == 0 && card.targetLanguage == language
-            && card.direction.value_or(DetectedDirection::englishToTarget) == direction;
+        return card.sourceText.compare(sourceText, Qt::CaseInsensitive) == 0 && card.targetLanguage == language &&
+               card.direction.value_or(DetectedDirection::englishToTarget) == direction;
     });
     if (match != m_cards.end()) {
         match->translation = translation;

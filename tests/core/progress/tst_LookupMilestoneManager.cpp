@@ -48,9 +48,8 @@ private Q_SLOTS:
         manager->recordSuccessfulLookup(QStringLiteral("Haus"), QStringLiteral("house"), QStringLiteral("de"),
                                         DetectedDirection::targetToEnglish);
         f.lookUp(*manager, 1);
-        QCOMPARE(f.celebrated,
-                 (QList<LookupMilestone>{{25, QStringLiteral("Haus"), QStringLiteral("house"), QStringLiteral("de"),
-                                          DetectedDirection::targetToEnglish}}));
+        QCOMPARE(f.celebrated, (QList<LookupMilestone>{{25, QStringLiteral("Haus"), QStringLiteral("house"),
+                                                        QStringLiteral("de"), DetectedDirection::targetToEnglish}}));
         QCOMPARE(f.preferences.shownLookupMilestones(), QList<qint64>{25});
         QCOMPARE(manager->nextMilestone(), std::optional<qint64>(100));
         QCOMPARE(counts.size(), 26);

@@ -112,7 +112,8 @@ void check(Report& out, const QString& dir, const QString& name, qsizetype repor
     const auto& list = records.value();
     if (list.size() < reported) {
         out.lostChanges += int(reported - list.size());
-        out.problems << QStringLiteral("%1 holds %2 records, %3 were reported").arg(name).arg(list.size()).arg(reported);
+        out.problems
+            << QStringLiteral("%1 holds %2 records, %3 were reported").arg(name).arg(list.size()).arg(reported);
     }
     for (qsizetype i = 0; i < std::min(list.size(), reported); ++i) {
         if (!wordAt(list.at(i), i)) {

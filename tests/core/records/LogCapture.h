@@ -28,8 +28,8 @@ public:
 private:
     static void handle(QtMsgType, const QMessageLogContext& context, const QString& message)
     {
-        if (context.category && std::strcmp(context.category, "default") != 0
-            && std::strncmp(context.category, "qt.", 3) != 0)
+        if (context.category && std::strcmp(context.category, "default") != 0 &&
+            std::strncmp(context.category, "qt.", 3) != 0)
             s_lines.append(QStringLiteral("[%1] %2").arg(QLatin1String(context.category), message));
     }
 

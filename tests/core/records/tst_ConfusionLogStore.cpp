@@ -50,7 +50,8 @@ private Q_SLOTS:
         log.recordLookup(QStringLiteral("bank "), QStringLiteral("x"), std::nullopt);
 
         QCOMPARE(changes.size(), 6);
-        QCOMPARE(words(log.entries()), (QStringList{QStringLiteral("Bank"), QStringLiteral("ÄPFEL"), QStringLiteral("bank ")}));
+        QCOMPARE(words(log.entries()),
+                 (QStringList{QStringLiteral("Bank"), QStringLiteral("ÄPFEL"), QStringLiteral("bank ")}));
         const ConfusionLogEntry& bank = log.entries().first();
         QCOMPARE(bank.seenCount, 3);
         QCOMPARE(bank.translation, QString()); // the latest, even when empty
@@ -94,14 +95,23 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("loads");
-        QTest::newRow("no appContext") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0}]") << true;
-        QTest::newRow("appContext null") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0,\"appContext\":null}]") << true;
+        QTest::newRow("no appContext") << QByteArray(
+                                              "[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0}]")
+                                       << true;
+        QTest::newRow("appContext null")
+            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0,\"appContext\":null}]")
+            << true;
         QTest::newRow("no seenCount") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"lastSeen\":0}]") << false;
         QTest::newRow("no translation") << QByteArray("[{\"word\":\"a\",\"seenCount\":2,\"lastSeen\":0}]") << false;
-        QTest::newRow("fractional count") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2.5,\"lastSeen\":0}]") << false;
-        QTest::newRow("count as text") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":\"2\",\"lastSeen\":0}]") << false;
-        QTest::newRow("count beyond 64 bits") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":1e30,\"lastSeen\":0}]") << false;
-        QTest::newRow("appContext a number") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0,\"appContext\":3}]") << false;
+        QTest::newRow("fractional count")
+            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2.5,\"lastSeen\":0}]") << false;
+        QTest::newRow("count as text")
+            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":\"2\",\"lastSeen\":0}]") << false;
+        QTest::newRow("count beyond 64 bits")
+            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":1e30,\"lastSeen\":0}]") << false;
+        QTest::newRow("appContext a number")
+            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0,\"appContext\":3}]")
+            << false;
     }
 
     void requiredKeysDecideWhetherAFileLoads()

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What every record file shares: the encodings, the atomic rewrite, and the recovery of files that
 // cannot be read.
-#include "fakes/FakeScheduler.h"
 #include "LogCapture.h"
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/JsonRecordFile.h"
@@ -9,6 +8,7 @@
 #include "core/records/UsageEventStore.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Logging.h"
+#include "fakes/FakeScheduler.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
 #include <QDir>
@@ -128,8 +128,9 @@ private Q_SLOTS:
                     .hasMatch());
         QCOMPARE(readFile(dir.filePath(copies.first())), QByteArray("{}"));
         QCOMPARE(logs.lines().size(), 1);
-        const QString expectedStart = QStringLiteral("[ReviewDeckStore] Could not decode JSON; preserved the original at %1. Error: ")
-                                          .arg(dir.filePath(copies.first()));
+        const QString expectedStart =
+            QStringLiteral("[ReviewDeckStore] Could not decode JSON; preserved the original at %1. Error: ")
+                .arg(dir.filePath(copies.first()));
         QVERIFY2(logs.lines().first().startsWith(expectedStart), qPrintable(logs.lines().first()));
         QVERIFY(logs.lines().first().size() > expectedStart.size()); // the error says something
 
@@ -144,9 +145,13 @@ private Q_SLOTS:
         FakeClock clock;
         const QString path = dir.filePath(QStringLiteral("confusion_log.json"));
         writeFile(path, "not json");
-        { ConfusionLogStore first(clock, dir.path()); }
+        {
+            ConfusionLogStore first(clock, dir.path());
+        }
         writeFile(path, "[{\"word\":1}]");
-        { ConfusionLogStore second(clock, dir.path()); }
+        {
+            ConfusionLogStore second(clock, dir.path());
+        }
         QStringList copies = recoveryCopies(dir.path(), QStringLiteral("confusion_log.json"));
         QCOMPARE(copies.size(), 2);
         QStringList contents{readFile(dir.filePath(copies[0])), readFile(dir.filePath(copies[1]))};
@@ -164,7 +169,8 @@ private Q_SLOTS:
         QTest::newRow("type missing") << QByteArray("[{\"date\":0}]");
         QTest::newRow("date null") << QByteArray("[{\"type\":\"lookup\",\"date\":null}]");
         QTest::newRow("a number among records") << QByteArray("[{\"type\":\"lookup\",\"date\":0},5]");
-        QTest::newRow("one bad record among good") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"lookup\"}]");
+        QTest::newRow("one bad record among good")
+            << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"lookup\"}]");
         QTest::newRow("cut short") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"loo");
         QTest::newRow("invalid UTF-8") << QByteArray("[{\"type\":\"look\xff\xfe\",\"date\":0}]");
         QTest::newRow("deeply nested") << QByteArray(100000, '[') + QByteArray(100000, ']');
@@ -193,7 +199,8 @@ private Q_SLOTS:
         QTemporaryDir dir;
         FakeClock clock;
         writeFile(dir.filePath(QStringLiteral("confusion_log.json")),
-                  "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"colour\":\"blue\",\"extra\":{}}]");
+                  "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"colour\":\"blue\","
+                  "\"extra\":{}}]");
         ConfusionLogStore log(clock, dir.path());
         QCOMPARE(log.entries().size(), 1);
         QCOMPARE(log.entries().first().seenCount, 3);
@@ -254,11 +261,12 @@ private Q_SLOTS:
         const auto loaded = file.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; });
         QVERIFY(!loaded);
         QCOMPARE(logs.lines().size(), 1);
-        QVERIFY2(QRegularExpression(QStringLiteral("^\\[TestStore\\] Could not decode JSON or create a recovery copy\\. "
-                                                   "Decode error: .+; backup error: .+$"))
-                     .match(logs.lines().first())
-                     .hasMatch(),
-                 qPrintable(logs.lines().first()));
+        QVERIFY2(
+            QRegularExpression(QStringLiteral("^\\[TestStore\\] Could not decode JSON or create a recovery copy\\. "
+                                              "Decode error: .+; backup error: .+$"))
+                .match(logs.lines().first())
+                .hasMatch(),
+            qPrintable(logs.lines().first()));
         QCOMPARE(readFile(file.path()), QByteArray("{}"));
         file.persistBytes("[]");
         QCOMPARE(readFile(file.path()), QByteArray("[]"));
@@ -285,6 +293,29 @@ private Q_SLOTS:
         QVERIFY(QDir(dir.filePath(QStringLiteral("usage_events.json.tmp"))).removeRecursively());
         events.record(UsageEventType::lookup);
         QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value().size(), 3);
+    }
+
+    void aFullDiskIsAFailedWrite()
+    {
+        if (!QFileInfo(QStringLiteral("/dev/full")).isWritable())
+            QSKIP("no /dev/full");
+        QTemporaryDir dir;
+        FakeClock clock;
+        ConfusionLogStore log(clock, dir.path());
+        log.recordLookup(QStringLiteral("a"), QString(), std::nullopt);
+        const QByteArray before = readFile(log.filePath());
+        // Every byte written to /dev/full fails with "No space left on device".
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), log.filePath() + QStringLiteral(".tmp")));
+        LogCapture logs;
+        log.recordLookup(QStringLiteral("b"), QString(), std::nullopt);
+        QCOMPARE(logs.lines().size(), 1);
+        QVERIFY2(logs.lines().first().startsWith(QStringLiteral("[ConfusionLogStore] Failed to persist JSON: ")),
+                 qPrintable(logs.lines().first()));
+        QCOMPARE(readFile(log.filePath()), before);
+        QCOMPARE(log.entries().size(), 2);
+        // The failed write cleaned up after itself, so the next one succeeds.
+        log.recordLookup(QStringLiteral("c"), QString(), std::nullopt);
+        QCOMPARE(ConfusionLogStore::decode(readFile(log.filePath())).value(), log.entries());
     }
 
     void hostileTextSurvivesTheRoundTrip()

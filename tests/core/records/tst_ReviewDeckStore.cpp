@@ -269,8 +269,9 @@ private Q_SLOTS:
     void removeCardTakesEveryCardWithThatIdentifier()
     {
         Fixture f;
-        const QByteArray card = "{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\","
-                                "\"status\":\"new\",\"nextNotificationDate\":0,\"dateAdded\":0}";
+        const QByteArray card =
+            "{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\","
+            "\"status\":\"new\",\"nextNotificationDate\":0,\"dateAdded\":0}";
         QFile file(f.dir.filePath(QStringLiteral("review_deck.json")));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("[" + card + "," + card + "]");
@@ -316,10 +317,12 @@ private Q_SLOTS:
         f.clock.advance(Duration(60000));
         f.deck->addCard(QStringLiteral("new"), QStringLiteral("neu"), true, de, toTarget);
         const QJsonObject written = cardInFile(f.deck->filePath(), 0);
-        QCOMPARE(written.value(QStringLiteral("id")).toString(), QStringLiteral("4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08"));
+        QCOMPARE(written.value(QStringLiteral("id")).toString(),
+                 QStringLiteral("4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08"));
         QCOMPARE(written.value(QStringLiteral("direction")).toString(), QStringLiteral("englishToTarget"));
         QCOMPARE(written.value(QStringLiteral("context")).toString(), QStringLiteral("An old sentence."));
-        QCOMPARE(written.value(QStringLiteral("dateAdded")).toDouble(), RecordJson::secondsSinceReferenceDate(loadTime));
+        QCOMPARE(written.value(QStringLiteral("dateAdded")).toDouble(),
+                 RecordJson::secondsSinceReferenceDate(loadTime));
         QVERIFY(!written.contains(QStringLiteral("unknownKey")));
         // A card with no direction matches an English look-up.
         f.deck->addCard(QStringLiteral("OLD"), QStringLiteral("alt"), true, std::nullopt, toTarget);
@@ -330,18 +333,27 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("card");
         QTest::newRow("no id") << QByteArray("{\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"new\"}");
-        QTest::newRow("no status") << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\"}");
-        QTest::newRow("unknown status") << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"learned\"}");
-        QTest::newRow("unknown direction") << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"new\",\"direction\":\"sideways\"}");
-        QTest::newRow("id in braces") << QByteArray("{\"id\":\"{4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08}\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"new\"}");
-        QTest::newRow("id not hex") << QByteArray("{\"id\":\"ZZZZZZZZ-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"new\"}");
-        QTest::newRow("date as text") << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":\"new\",\"dateAdded\":\"2025-01-01T00:00:00Z\"}");
+        QTest::newRow("no status") << QByteArray(
+            "{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\"}");
+        QTest::newRow("unknown status") << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":"
+                                                      "\"a\",\"translation\":\"b\",\"status\":\"learned\"}");
+        QTest::newRow("unknown direction")
+            << QByteArray("{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\","
+                          "\"status\":\"new\",\"direction\":\"sideways\"}");
+        QTest::newRow("id in braces") << QByteArray("{\"id\":\"{4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08}\",\"sourceText\":"
+                                                    "\"a\",\"translation\":\"b\",\"status\":\"new\"}");
+        QTest::newRow("id not hex") << QByteArray("{\"id\":\"ZZZZZZZZ-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":"
+                                                  "\"a\",\"translation\":\"b\",\"status\":\"new\"}");
+        QTest::newRow("date as text") << QByteArray(
+            "{\"id\":\"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08\",\"sourceText\":\"a\",\"translation\":\"b\",\"status\":"
+            "\"new\",\"dateAdded\":\"2025-01-01T00:00:00Z\"}");
     }
 
     void cardsMissingWhatTheyCannotDoWithoutAreRefused()
     {
         QFETCH(QByteArray, card);
-        const auto decoded = ReviewDeckStore::decode("[" + card + "]", QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC));
+        const auto decoded =
+            ReviewDeckStore::decode("[" + card + "]", QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC));
         QVERIFY(!decoded.ok());
         QVERIFY(!decoded.error().message.isEmpty());
     }
