@@ -121,15 +121,6 @@ private Q_SLOTS:
         f.lookUp(*again, 5000);
         QVERIFY(f.celebrated.isEmpty());
     }
-
-    void aWrongTypedCountStartsFromZero()
-    {
-        Fixture f;
-        f.preferences.setString(PreferenceKey::successfulWordLookupCount, QStringLiteral("many"));
-        auto manager = f.make();
-        QCOMPARE(manager->successfulLookupCount(), 0);
-        QCOMPARE(manager->nextMilestone(), std::optional<qint64>(25));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestLookupMilestoneManager)

@@ -66,21 +66,6 @@ private Q_SLOTS:
         }
     }
 
-    void identifiersAreUpperCaseWithHyphens()
-    {
-        for (int i = 0; i < 200; ++i) {
-            const QUuid id = QUuid::createUuid();
-            QByteArray out;
-            RecordJson::Writer writer(out);
-            writer.beginObject();
-            writer.member("id", id);
-            writer.endObject();
-            const QString text = QJsonDocument::fromJson(out).object().value(QStringLiteral("id")).toString();
-            QCOMPARE(text, id.toString(QUuid::WithoutBraces).toUpper());
-            QCOMPARE(text, RecordJson::uuidText(id));
-        }
-    }
-
     void everyCharacterSurvivesEscaping()
     {
         QString all;
