@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One entry per word, case ignored, counted at every look-up.
-#include "LogCapture.h"
+#include "RecordTestSupport.h"
 #include "core/records/ConfusionLogStore.h"
 #include "fakes/FakeScheduler.h"
 
@@ -12,12 +12,6 @@
 using namespace tolvane;
 
 namespace {
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList words(const QList<ConfusionLogEntry>& entries)
 {
@@ -112,16 +106,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, content);
         QFETCH(bool, loads);
-        QTemporaryDir dir;
-        FakeClock clock;
-        QFile file(dir.filePath(QStringLiteral("confusion_log.json")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.close();
-        LogCapture logs;
-        ConfusionLogStore log(clock, dir.path());
-        QCOMPARE(log.entries().size(), loads ? 1 : 0);
-        QCOMPARE(logs.lines().size(), loads ? 0 : 1);
+        QCOMPARE(ConfusionLogStore::decode(content).ok(), loads);
     }
 };
 

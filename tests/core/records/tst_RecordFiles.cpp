@@ -1,21 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What every record file shares: the encodings, the atomic rewrite, and the recovery of files that
 // cannot be read.
-#include "LogCapture.h"
+#include "RecordTestSupport.h"
 #include "core/records/ConfusionLogStore.h"
-#include "core/records/JsonRecordFile.h"
-#include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
-#include "core/setup/Preferences.h"
 #include "core/support/Logging.h"
 #include "fakes/FakeScheduler.h"
-#include "platform/null/MemoryPreferenceStore.h"
 
 #include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,25 +18,10 @@ TOLVANE_DEFINE_LOG(lcTestStore, "TestStore")
 
 namespace {
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
 QStringList recoveryCopies(const QString& directory, const QString& fileName)
 {
     return QDir(directory).entryList({fileName + QStringLiteral(".corrupt-*")}, QDir::AllEntries | QDir::System);
 }
-
-const QString uuidPattern = QStringLiteral("[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}");
 
 } // namespace
 
@@ -52,35 +29,26 @@ class TestRecordFiles : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void datesAreSecondsSince2001AndOutputIsCompact()
-    {
-        QTemporaryDir dir;
-        FakeClock clock(QDateTime(QDate(2025, 1, 1), QTime(0, 0), Qt::UTC));
-        ConfusionLogStore log(clock, dir.path());
-        log.recordLookup(QStringLiteral("Haus"), QStringLiteral("house"), std::nullopt);
-        QCOMPARE(readFile(log.filePath()),
-                 QByteArray("[{\"word\":\"Haus\",\"translation\":\"house\",\"seenCount\":1,\"lastSeen\":757382400}]"));
-
-        clock.advance(Duration(250));
-        UsageEventStore events(clock, dir.path());
-        events.record(UsageEventType::review);
-        QCOMPARE(readFile(events.filePath()), QByteArray("[{\"type\":\"review\",\"date\":757382400.25}]"));
-    }
-
-    void filesAndTheirDirectoryArePrivate()
+    void recordsAreCompactPrivateAndDatedFrom2001()
     {
         QTemporaryDir parent;
         const QString dir = parent.path() + QStringLiteral("/a/Tolvane");
-        FakeClock clock;
+        FakeClock clock(QDateTime(QDate(2025, 1, 1), QTime(0, 0), Qt::UTC));
+        ConfusionLogStore log(clock, dir);
+        QVERIFY(!QFile::exists(log.filePath())); // nothing is written before the first change
+        log.recordLookup(QStringLiteral("Haus"), QStringLiteral("house"), std::nullopt);
+        QCOMPARE(readFile(log.filePath()),
+                 QByteArray("[{\"word\":\"Haus\",\"translation\":\"house\",\"seenCount\":1,\"lastSeen\":757382400}]"));
+        clock.advance(Duration(250));
         UsageEventStore events(clock, dir);
-        QVERIFY(QFileInfo(dir).isDir());
-        QVERIFY(!QFile::exists(events.filePath())); // nothing written until the first change
-        events.record(UsageEventType::lookup);
+        events.record(UsageEventType::review);
+        QCOMPARE(readFile(events.filePath()), QByteArray("[{\"type\":\"review\",\"date\":757382400.25}]"));
+
         QCOMPARE(QFileInfo(dir).permissions() & 0x0077, QFileDevice::Permissions());
-        QCOMPARE(QFile(events.filePath()).permissions(),
-                 QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser);
+        QCOMPARE(QFile(events.filePath()).permissions() & 0x0077, QFileDevice::Permissions());
         // The temporary file of the atomic write does not stay behind.
-        QCOMPARE(QDir(dir).entryList(QDir::Files), QStringList{QStringLiteral("usage_events.json")});
+        QCOMPARE(QDir(dir).entryList(QDir::Files),
+                 (QStringList{QStringLiteral("confusion_log.json"), QStringLiteral("usage_events.json")}));
     }
 
     void anEmptyArrayOrAMissingFileLoadsQuietly()
@@ -88,46 +56,54 @@ private Q_SLOTS:
         QTemporaryDir dir;
         FakeClock clock;
         LogCapture logs;
-        {
-            UsageEventStore missing(clock, dir.path());
-            QVERIFY(missing.events().isEmpty());
-        }
-        writeFile(dir.filePath(QStringLiteral("usage_events.json")), "[]");
-        UsageEventStore empty(clock, dir.path());
-        QVERIFY(empty.events().isEmpty());
+        QVERIFY(UsageEventStore(clock, dir.path()).events().isEmpty());
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("usage_events.json")), "[]"));
+        QVERIFY(UsageEventStore(clock, dir.path()).events().isEmpty());
         QVERIFY(logs.lines().isEmpty());
         QVERIFY(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).isEmpty());
     }
 
-    void anObjectInsteadOfAnArrayIsSetAsideAndTheStoreStartsAfresh()
+    void badContentIsSetAsideUntouchedAndTheStoreStartsAfresh_data()
     {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("an object") << QByteArray("{}");
+        QTest::newRow("date as ISO text") << QByteArray("[{\"type\":\"lookup\",\"date\":\"2025-01-01T00:00:00Z\"}]");
+        QTest::newRow("NaN date") << QByteArray("[{\"type\":\"lookup\",\"date\":NaN}]");
+        QTest::newRow("huge date") << QByteArray("[{\"type\":\"lookup\",\"date\":1e300}]");
+        QTest::newRow("unknown type") << QByteArray("[{\"type\":\"click\",\"date\":0}]");
+        QTest::newRow("date null") << QByteArray("[{\"type\":\"lookup\",\"date\":null}]");
+        QTest::newRow("a number among records") << QByteArray("[{\"type\":\"lookup\",\"date\":0},5]");
+        QTest::newRow("one bad record among good") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"date\":0}]");
+        QTest::newRow("cut short") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"loo");
+        QTest::newRow("invalid UTF-8") << QByteArray("[{\"type\":\"look\xff\xfe\",\"date\":0}]");
+        QTest::newRow("deeply nested") << QByteArray(100000, '[') + QByteArray(100000, ']');
+        QTest::newRow("empty file") << QByteArray();
+    }
+
+    void badContentIsSetAsideUntouchedAndTheStoreStartsAfresh()
+    {
+        QFETCH(QByteArray, content);
         QTemporaryDir dir;
         FakeClock clock;
-        MemoryPreferenceStore preferenceStore;
-        Preferences preferences(preferenceStore);
-        FakeScheduler scheduler;
-        UsageEventStore events(clock, dir.path());
-        writeFile(dir.filePath(QStringLiteral("review_deck.json")), "{}");
-
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("usage_events.json")), content));
         LogCapture logs;
-        ReviewDeckStore deck(clock, scheduler, preferences, events, nullptr, dir.path());
-        QVERIFY(deck.cards().isEmpty());
-        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("review_deck.json"));
+        UsageEventStore events(clock, dir.path());
+        QVERIFY(events.events().isEmpty());
+        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("usage_events.json"));
         QCOMPARE(copies.size(), 1);
-        QVERIFY(QRegularExpression(QStringLiteral("^review_deck\\.json\\.corrupt-%1$").arg(uuidPattern))
+        QVERIFY(QRegularExpression(QStringLiteral("^usage_events\\.json\\.corrupt-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-"
+                                                  "[0-9A-F]{4}-[0-9A-F]{12}$"))
                     .match(copies.first())
                     .hasMatch());
-        QCOMPARE(readFile(dir.filePath(copies.first())), QByteArray("{}"));
+        QCOMPARE(readFile(dir.filePath(copies.first())), content);
         QCOMPARE(logs.lines().size(), 1);
-        const QString expectedStart =
-            QStringLiteral("[ReviewDeckStore] Could not decode JSON; preserved the original at %1. Error: ")
+        const QString expected =
+            QStringLiteral("[UsageEventStore] Could not decode JSON; preserved the original at %1. Error: ")
                 .arg(dir.filePath(copies.first()));
-        QVERIFY2(logs.lines().first().startsWith(expectedStart), qPrintable(logs.lines().first()));
-        QVERIFY(logs.lines().first().size() > expectedStart.size()); // the error says something
-
-        deck.addCard(QStringLiteral("Haus"), QStringLiteral("house"), true, QStringLiteral("de"),
-                     DetectedDirection::targetToEnglish);
-        QCOMPARE(ReviewDeckStore::decode(readFile(deck.filePath()), clock.now()).value(), deck.cards());
+        QVERIFY2(logs.lines().first().startsWith(expected) && logs.lines().first().size() > expected.size(),
+                 qPrintable(logs.lines().first()));
+        events.record(UsageEventType::lookup);
+        QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
     }
 
     void twoFailuresInTwoRunsLeaveTwoCopies()
@@ -135,95 +111,45 @@ private Q_SLOTS:
         QTemporaryDir dir;
         FakeClock clock;
         const QString path = dir.filePath(QStringLiteral("confusion_log.json"));
-        writeFile(path, "not json");
-        {
-            ConfusionLogStore first(clock, dir.path());
-        }
-        writeFile(path, "[{\"word\":1}]");
-        {
-            ConfusionLogStore second(clock, dir.path());
-        }
-        QStringList copies = recoveryCopies(dir.path(), QStringLiteral("confusion_log.json"));
-        QCOMPARE(copies.size(), 2);
-        QStringList contents{readFile(dir.filePath(copies[0])), readFile(dir.filePath(copies[1]))};
+        QVERIFY(writeFile(path, "not json"));
+        ConfusionLogStore(clock, dir.path());
+        QVERIFY(writeFile(path, "[{\"word\":1}]"));
+        ConfusionLogStore(clock, dir.path());
+        QStringList contents;
+        for (const QString& copy : recoveryCopies(dir.path(), QStringLiteral("confusion_log.json")))
+            contents << readFile(dir.filePath(copy));
         contents.sort();
         QCOMPARE(contents, (QStringList{QStringLiteral("[{\"word\":1}]"), QStringLiteral("not json")}));
-    }
-
-    void badContentIsSetAsideUntouched_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("date as ISO text") << QByteArray("[{\"type\":\"lookup\",\"date\":\"2025-01-01T00:00:00Z\"}]");
-        QTest::newRow("NaN date") << QByteArray("[{\"type\":\"lookup\",\"date\":NaN}]");
-        QTest::newRow("huge date") << QByteArray("[{\"type\":\"lookup\",\"date\":1e300}]");
-        QTest::newRow("unknown type") << QByteArray("[{\"type\":\"click\",\"date\":0}]");
-        QTest::newRow("type missing") << QByteArray("[{\"date\":0}]");
-        QTest::newRow("date null") << QByteArray("[{\"type\":\"lookup\",\"date\":null}]");
-        QTest::newRow("a number among records") << QByteArray("[{\"type\":\"lookup\",\"date\":0},5]");
-        QTest::newRow("one bad record among good")
-            << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"lookup\"}]");
-        QTest::newRow("cut short") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"loo");
-        QTest::newRow("invalid UTF-8") << QByteArray("[{\"type\":\"look\xff\xfe\",\"date\":0}]");
-        QTest::newRow("deeply nested") << QByteArray(100000, '[') + QByteArray(100000, ']');
-        QTest::newRow("empty file") << QByteArray();
-        QTest::newRow("NUL bytes") << QByteArray(64, '\0');
-    }
-
-    void badContentIsSetAsideUntouched()
-    {
-        QFETCH(QByteArray, content);
-        QTemporaryDir dir;
-        FakeClock clock;
-        writeFile(dir.filePath(QStringLiteral("usage_events.json")), content);
-        LogCapture logs;
-        UsageEventStore events(clock, dir.path());
-        QVERIFY(events.events().isEmpty());
-        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("usage_events.json"));
-        QCOMPARE(copies.size(), 1);
-        QCOMPARE(readFile(dir.filePath(copies.first())), content);
-        QCOMPARE(logs.lines().size(), 1);
-        QVERIFY(logs.lines().first().startsWith(QStringLiteral("[UsageEventStore] Could not decode JSON; preserved")));
     }
 
     void unknownKeysAreIgnoredAndWholeNumbersMayCarryAFraction()
     {
         QTemporaryDir dir;
         FakeClock clock;
-        writeFile(dir.filePath(QStringLiteral("confusion_log.json")),
-                  "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"colour\":\"blue\","
-                  "\"extra\":{}}]");
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("confusion_log.json")),
+                          "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"x\":{}}]"));
         ConfusionLogStore log(clock, dir.path());
         QCOMPARE(log.entries().size(), 1);
         QCOMPARE(log.entries().first().seenCount, 3);
         QCOMPARE(log.entries().first().lastSeen, QDateTime(QDate(2001, 1, 1), QTime(0, 0, 1, 500), Qt::UTC));
     }
 
-    void aDirectoryWhereTheFileShouldBeIsMovedAside()
+    void aDirectoryOrAHugeFileInThePlaceOfTheFileIsMovedAside()
     {
         QTemporaryDir dir;
         FakeClock clock;
         QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("usage_events.json/inner")));
+        QFile huge(dir.filePath(QStringLiteral("confusion_log.json")));
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(200) * 1024 * 1024)); // sparse
+        huge.close();
         LogCapture logs;
         UsageEventStore events(clock, dir.path());
+        ConfusionLogStore log(clock, dir.path());
         QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
-        QCOMPARE(logs.lines().size(), 1);
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("confusion_log.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 2);
         events.record(UsageEventType::lookup);
         QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
-    }
-
-    void anOversizedFileIsSetAsideWithoutReadingIt()
-    {
-        QTemporaryDir dir;
-        FakeClock clock;
-        QFile file(dir.filePath(QStringLiteral("usage_events.json")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.resize(qint64(200) * 1024 * 1024)); // sparse: costs no disk
-        file.close();
-        LogCapture logs;
-        UsageEventStore events(clock, dir.path());
-        QVERIFY(events.events().isEmpty());
-        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
-        QCOMPARE(logs.lines().size(), 1);
     }
 
     void aFailedMoveLeavesTheFileToBeReplaced()
@@ -231,11 +157,10 @@ private Q_SLOTS:
         QTemporaryDir dir;
         // With the recovery suffix the name grows past what the file system allows.
         const QString name = QString(220, QLatin1Char('r')) + QStringLiteral(".json");
-        writeFile(dir.filePath(name), "{}");
+        QVERIFY(writeFile(dir.filePath(name), "{}"));
         LogCapture logs;
         JsonRecordFile file(dir.path(), name, &lcTestStore);
-        const auto loaded = file.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; });
-        QVERIFY(!loaded);
+        QVERIFY(!file.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; }));
         QCOMPARE(logs.lines().size(), 1);
         QVERIFY2(
             QRegularExpression(QStringLiteral("^\\[TestStore\\] Could not decode JSON or create a recovery copy\\. "
@@ -248,7 +173,7 @@ private Q_SLOTS:
         QCOMPARE(readFile(file.path()), QByteArray("[]"));
     }
 
-    void aFullDiskIsAFailedWrite()
+    void aFullDiskIsALoggedFailureThatKeepsTheChange()
     {
         if (!QFileInfo(QStringLiteral("/dev/full")).isWritable())
             QSKIP("no /dev/full");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Look-up days and streaks are calendar days of the local zone, across daylight-saving changes.
+#include "RecordTestSupport.h"
 #include "core/records/LocalDays.h"
 #include "core/records/UsageEventStore.h"
 #include "fakes/FakeScheduler.h"
@@ -19,12 +20,6 @@ const QTimeZone berlin("Europe/Berlin");
 QDateTime inBerlin(int year, int month, int day, int hour, int minute)
 {
     return QDateTime(QDate(year, month, day), QTime(hour, minute), berlin);
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 struct Fixture

@@ -2,12 +2,25 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QStringList>
 #include <QtGlobal>
 
 #include <cstring>
 
 namespace tolvane {
+
+inline QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+}
 
 // Collects the lines of named components as "[Component] message", the form they take on stderr,
 // for as long as it lives.
