@@ -45,8 +45,9 @@ std::optional<Result<QByteArray>> JsonRecordFile::read() const
     const QFileInfo info(m_path);
     if (!info.exists() && !info.isSymLink())
         return std::nullopt;
-    if (info.isDir())
-        return Result<QByteArray>(Error{QStringLiteral("%1 is a directory").arg(m_path)});
+    // Opening a named pipe or a device would wait for a writer that may never come.
+    if (!info.isFile())
+        return Result<QByteArray>(Error{QStringLiteral("%1 is not a regular file").arg(m_path)});
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return Result<QByteArray>(Error{file.errorString()});

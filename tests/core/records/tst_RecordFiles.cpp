@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace tolvane;
 
 TOLVANE_DEFINE_LOG(lcTestStore, "TestStore")
@@ -134,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(log.entries().first().lastSeen, QDateTime(QDate(2001, 1, 1), QTime(0, 0, 1, 500), Qt::UTC));
     }
 
-    void aDirectoryOrAHugeFileInThePlaceOfTheFileIsMovedAside()
+    void aDirectoryAPipeOrAHugeFileInThePlaceOfTheFileIsMovedAside()
     {
         QTemporaryDir dir;
         FakeClock clock;
@@ -142,12 +144,17 @@ private Q_SLOTS:
         QFile huge(dir.filePath(QStringLiteral("confusion_log.json")));
         QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(200) * 1024 * 1024)); // sparse
         huge.close();
+        QCOMPARE(::mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("pipe.json"))).constData(), 0600), 0);
         LogCapture logs;
         UsageEventStore events(clock, dir.path());
         ConfusionLogStore log(clock, dir.path());
+        // A named pipe would block the reader forever.
+        JsonRecordFile pipe(dir.path(), QStringLiteral("pipe.json"), &lcTestStore);
+        QVERIFY(!pipe.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; }));
         QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
         QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("confusion_log.json")).size(), 1);
-        QCOMPARE(logs.lines().size(), 2);
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("pipe.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 3);
         events.record(UsageEventType::lookup);
         QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
     }
