@@ -19,7 +19,7 @@ namespace {
 
 // A year of heavy use is a few megabytes; a file this large is not one of ours, and parsing it
 // would take the memory of several times its size.
-constexpr qint64 largestReadableFile = qint64(256) * 1024 * 1024;
+constexpr qint64 largestReadableFile = qint64(64) * 1024 * 1024;
 
 QString systemError(int error)
 {
