@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Each milestone is celebrated once in the life of the installation.
+#include "core/progress/LookupMilestoneManager.h"
+#include "core/setup/Preferences.h"
+#include "platform/null/MemoryPreferenceStore.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tolvane;
+
+namespace {
+
+struct Fixture
+{
+    MemoryPreferenceStore store;
+    Preferences preferences{store};
+    QList<LookupMilestone> celebrated;
+
+    std::unique_ptr<LookupMilestoneManager> make()
+    {
+        return std::make_unique<LookupMilestoneManager>(
+            preferences, [this](const LookupMilestone& milestone) { celebrated.append(milestone); });
+    }
+    void lookUp(LookupMilestoneManager& manager, int times, const QString& word = QStringLiteral("w"))
+    {
+        for (int i = 0; i < times; ++i)
+            manager.recordSuccessfulLookup(word, QStringLiteral("t"), QStringLiteral("de"),
+                                           DetectedDirection::targetToEnglish);
+    }
+};
+
+} // namespace
+
+class TestLookupMilestoneManager : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void theTwentyFifthLookUpIsCelebratedWithItsWordOnce()
+    {
+        Fixture f;
+        auto manager = f.make();
+        QSignalSpy counts(manager.get(), &LookupMilestoneManager::successfulLookupCountChanged);
+        QCOMPARE(manager->nextMilestone(), std::optional<qint64>(25));
+        f.lookUp(*manager, 24);
+        QVERIFY(f.celebrated.isEmpty());
+        QCOMPARE(f.preferences.successfulWordLookupCount(), 24); // written at every look-up
+        manager->recordSuccessfulLookup(QStringLiteral("Haus"), QStringLiteral("house"), QStringLiteral("de"),
+                                        DetectedDirection::targetToEnglish);
+        f.lookUp(*manager, 1);
+        QCOMPARE(f.celebrated, (QList<LookupMilestone>{{25, QStringLiteral("Haus"), QStringLiteral("house"),
+                                                        QStringLiteral("de"), DetectedDirection::targetToEnglish}}));
+        QCOMPARE(f.preferences.shownLookupMilestones(), QList<qint64>{25});
+        QCOMPARE(manager->nextMilestone(), std::optional<qint64>(100));
+        QCOMPARE(counts.size(), 26);
+        QCOMPARE(counts.last().first().toLongLong(), 26);
+    }
+
+    void aMilestoneAlreadyShownIsNotShownAgainAfterTheCountIsSetBack()
+    {
+        Fixture f;
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 99);
+        f.preferences.setIntegerArray(PreferenceKey::shownLookupMilestones, {25, 100});
+        auto manager = f.make();
+        QCOMPARE(manager->successfulLookupCount(), 99);
+        f.lookUp(*manager, 1);
+        QVERIFY(f.celebrated.isEmpty());
+        QCOMPARE(f.preferences.successfulWordLookupCount(), 100);
+    }
+
+    void shownMilestonesStayAscendingAndUnique()
+    {
+        Fixture f;
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 249);
+        f.preferences.setIntegerArray(PreferenceKey::shownLookupMilestones, {1000, 25, 25});
+        auto manager = f.make();
+        f.lookUp(*manager, 1);
+        QCOMPARE(f.celebrated.size(), 1);
+        QCOMPARE(f.preferences.shownLookupMilestones(), (QList<qint64>{25, 250, 1000}));
+    }
+
+    void aStoredListOfTheWrongTypeCountsAsEmpty()
+    {
+        Fixture f;
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 499);
+        f.preferences.setString(PreferenceKey::shownLookupMilestones, QStringLiteral("25,100"));
+        auto manager = f.make();
+        QVERIFY(manager->shownMilestones().isEmpty());
+        f.lookUp(*manager, 1);
+        QCOMPARE(f.celebrated.size(), 1);
+        QCOMPARE(f.preferences.shownLookupMilestones(), QList<qint64>{500});
+    }
+
+    void thereIsNothingAfterFiveThousand()
+    {
+        Fixture f;
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 4999);
+        auto manager = f.make();
+        QCOMPARE(manager->nextMilestone(), std::optional<qint64>(5000));
+        f.lookUp(*manager, 1);
+        QCOMPARE(f.celebrated.size(), 1);
+        QCOMPARE(manager->nextMilestone(), std::nullopt);
+        f.lookUp(*manager, 20000);
+        QCOMPARE(f.celebrated.size(), 1);
+        QCOMPARE(manager->nextMilestone(), std::nullopt);
+    }
+
+    void everyThresholdIsReachedInOrderFromZero()
+    {
+        Fixture f;
+        auto manager = f.make();
+        f.lookUp(*manager, 5000);
+        QList<qint64> counts;
+        for (const auto& milestone : f.celebrated)
+            counts << milestone.count;
+        QCOMPARE(counts, (QList<qint64>{25, 100, 250, 500, 1000, 2500, 5000}));
+        // A second manager on the same installation celebrates nothing again.
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 0);
+        f.celebrated.clear();
+        auto again = f.make();
+        f.lookUp(*again, 5000);
+        QVERIFY(f.celebrated.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLookupMilestoneManager)
+#include "tst_LookupMilestoneManager.moc"

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What every record file shares: the encodings, the atomic rewrite, and the recovery of files that
+// cannot be read.
+#include "RecordTestSupport.h"
+#include "core/records/ConfusionLogStore.h"
+#include "core/records/UsageEventStore.h"
+#include "core/support/Logging.h"
+#include "fakes/FakeScheduler.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace tolvane;
+
+TOLVANE_DEFINE_LOG(lcTestStore, "TestStore")
+
+namespace {
+
+QStringList recoveryCopies(const QString& directory, const QString& fileName)
+{
+    return QDir(directory).entryList({fileName + QStringLiteral(".corrupt-*")}, QDir::AllEntries | QDir::System);
+}
+
+} // namespace
+
+class TestRecordFiles : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void recordsAreCompactPrivateAndDatedFrom2001()
+    {
+        QTemporaryDir parent;
+        const QString dir = parent.path() + QStringLiteral("/a/Tolvane");
+        FakeClock clock(QDateTime(QDate(2025, 1, 1), QTime(0, 0), Qt::UTC));
+        ConfusionLogStore log(clock, dir);
+        QVERIFY(!QFile::exists(log.filePath())); // nothing is written before the first change
+        log.recordLookup(QStringLiteral("Haus"), QStringLiteral("house"), std::nullopt);
+        QCOMPARE(readFile(log.filePath()),
+                 QByteArray("[{\"word\":\"Haus\",\"translation\":\"house\",\"seenCount\":1,\"lastSeen\":757382400}]"));
+        clock.advance(Duration(250));
+        UsageEventStore events(clock, dir);
+        events.record(UsageEventType::review);
+        QCOMPARE(readFile(events.filePath()), QByteArray("[{\"type\":\"review\",\"date\":757382400.25}]"));
+
+        QCOMPARE(QFileInfo(dir).permissions() & 0x0077, QFileDevice::Permissions());
+        QCOMPARE(QFile(events.filePath()).permissions() & 0x0077, QFileDevice::Permissions());
+        // The temporary file of the atomic write does not stay behind.
+        QCOMPARE(QDir(dir).entryList(QDir::Files),
+                 (QStringList{QStringLiteral("confusion_log.json"), QStringLiteral("usage_events.json")}));
+    }
+
+    void anEmptyArrayOrAMissingFileLoadsQuietly()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        LogCapture logs;
+        QVERIFY(UsageEventStore(clock, dir.path()).events().isEmpty());
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("usage_events.json")), "[]"));
+        QVERIFY(UsageEventStore(clock, dir.path()).events().isEmpty());
+        QVERIFY(logs.lines().isEmpty());
+        QVERIFY(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).isEmpty());
+    }
+
+    void badContentIsSetAsideUntouchedAndTheStoreStartsAfresh_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("an object") << QByteArray("{}");
+        QTest::newRow("date as ISO text") << QByteArray("[{\"type\":\"lookup\",\"date\":\"2025-01-01T00:00:00Z\"}]");
+        QTest::newRow("NaN date") << QByteArray("[{\"type\":\"lookup\",\"date\":NaN}]");
+        QTest::newRow("huge date") << QByteArray("[{\"type\":\"lookup\",\"date\":1e300}]");
+        QTest::newRow("unknown type") << QByteArray("[{\"type\":\"click\",\"date\":0}]");
+        QTest::newRow("date null") << QByteArray("[{\"type\":\"lookup\",\"date\":null}]");
+        QTest::newRow("a number among records") << QByteArray("[{\"type\":\"lookup\",\"date\":0},5]");
+        QTest::newRow("one bad record among good") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"date\":0}]");
+        QTest::newRow("cut short") << QByteArray("[{\"type\":\"lookup\",\"date\":0},{\"type\":\"loo");
+        QTest::newRow("invalid UTF-8") << QByteArray("[{\"type\":\"look\xff\xfe\",\"date\":0}]");
+        QTest::newRow("deeply nested") << QByteArray(100000, '[') + QByteArray(100000, ']');
+        QTest::newRow("empty file") << QByteArray();
+    }
+
+    void badContentIsSetAsideUntouchedAndTheStoreStartsAfresh()
+    {
+        QFETCH(QByteArray, content);
+        QTemporaryDir dir;
+        FakeClock clock;
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("usage_events.json")), content));
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        QVERIFY(events.events().isEmpty());
+        const QStringList copies = recoveryCopies(dir.path(), QStringLiteral("usage_events.json"));
+        QCOMPARE(copies.size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("^usage_events\\.json\\.corrupt-[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-"
+                                                  "[0-9A-F]{4}-[0-9A-F]{12}$"))
+                    .match(copies.first())
+                    .hasMatch());
+        QCOMPARE(readFile(dir.filePath(copies.first())), content);
+        QCOMPARE(logs.lines().size(), 1);
+        const QString expected =
+            QStringLiteral("[UsageEventStore] Could not decode JSON; preserved the original at %1. Error: ")
+                .arg(dir.filePath(copies.first()));
+        QVERIFY2(logs.lines().first().startsWith(expected) && logs.lines().first().size() > expected.size(),
+                 qPrintable(logs.lines().first()));
+        events.record(UsageEventType::lookup);
+        QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
+    }
+
+    void twoFailuresInTwoRunsLeaveTwoCopies()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        const QString path = dir.filePath(QStringLiteral("confusion_log.json"));
+        QVERIFY(writeFile(path, "not json"));
+        ConfusionLogStore(clock, dir.path());
+        QVERIFY(writeFile(path, "[{\"word\":1}]"));
+        ConfusionLogStore(clock, dir.path());
+        QStringList contents;
+        for (const QString& copy : recoveryCopies(dir.path(), QStringLiteral("confusion_log.json")))
+            contents << readFile(dir.filePath(copy));
+        contents.sort();
+        QCOMPARE(contents, (QStringList{QStringLiteral("[{\"word\":1}]"), QStringLiteral("not json")}));
+    }
+
+    void unknownKeysAreIgnoredAndWholeNumbersMayCarryAFraction()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("confusion_log.json")),
+                          "[{\"word\":\"a\",\"translation\":\"b\",\"seenCount\":3.0,\"lastSeen\":1.5,\"x\":{}}]"));
+        ConfusionLogStore log(clock, dir.path());
+        QCOMPARE(log.entries().size(), 1);
+        QCOMPARE(log.entries().first().seenCount, 3);
+        QCOMPARE(log.entries().first().lastSeen, QDateTime(QDate(2001, 1, 1), QTime(0, 0, 1, 500), Qt::UTC));
+    }
+
+    void aDirectoryAPipeOrAHugeFileInThePlaceOfTheFileIsMovedAside()
+    {
+        QTemporaryDir dir;
+        FakeClock clock;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("usage_events.json/inner")));
+        QFile huge(dir.filePath(QStringLiteral("confusion_log.json")));
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(200) * 1024 * 1024)); // sparse
+        huge.close();
+        QCOMPARE(::mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("pipe.json"))).constData(), 0600), 0);
+        LogCapture logs;
+        UsageEventStore events(clock, dir.path());
+        ConfusionLogStore log(clock, dir.path());
+        // A named pipe would block the reader forever.
+        JsonRecordFile pipe(dir.path(), QStringLiteral("pipe.json"), &lcTestStore);
+        QVERIFY(!pipe.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; }));
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("usage_events.json")).size(), 1);
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("confusion_log.json")).size(), 1);
+        QCOMPARE(recoveryCopies(dir.path(), QStringLiteral("pipe.json")).size(), 1);
+        QCOMPARE(logs.lines().size(), 3);
+        events.record(UsageEventType::lookup);
+        QCOMPARE(UsageEventStore::decode(readFile(events.filePath())).value(), events.events());
+    }
+
+    void aFailedMoveLeavesTheFileToBeReplaced()
+    {
+        QTemporaryDir dir;
+        // With the recovery suffix the name grows past what the file system allows.
+        const QString name = QString(220, QLatin1Char('r')) + QStringLiteral(".json");
+        QVERIFY(writeFile(dir.filePath(name), "{}"));
+        LogCapture logs;
+        JsonRecordFile file(dir.path(), name, &lcTestStore);
+        QVERIFY(!file.load<UsageEvent>([](RecordJson::Reader&) { return UsageEvent{}; }));
+        QCOMPARE(logs.lines().size(), 1);
+        QVERIFY2(
+            QRegularExpression(QStringLiteral("^\\[TestStore\\] Could not decode JSON or create a recovery copy\\. "
+                                              "Decode error: .+; backup error: .+$"))
+                .match(logs.lines().first())
+                .hasMatch(),
+            qPrintable(logs.lines().first()));
+        QCOMPARE(readFile(file.path()), QByteArray("{}"));
+        file.persistBytes("[]");
+        QCOMPARE(readFile(file.path()), QByteArray("[]"));
+    }
+
+    void aFullDiskIsALoggedFailureThatKeepsTheChange()
+    {
+        if (!QFileInfo(QStringLiteral("/dev/full")).isWritable())
+            QSKIP("no /dev/full");
+        QTemporaryDir dir;
+        FakeClock clock;
+        ConfusionLogStore log(clock, dir.path());
+        log.recordLookup(QStringLiteral("a"), QString(), std::nullopt);
+        const QByteArray before = readFile(log.filePath());
+        // Every byte written to /dev/full fails with "No space left on device".
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), log.filePath() + QStringLiteral(".tmp")));
+        LogCapture logs;
+        log.recordLookup(QStringLiteral("b"), QString(), std::nullopt);
+        QCOMPARE(logs.lines().size(), 1);
+        QVERIFY2(logs.lines().first().startsWith(QStringLiteral("[ConfusionLogStore] Failed to persist JSON: ")),
+                 qPrintable(logs.lines().first()));
+        QCOMPARE(readFile(log.filePath()), before);
+        QCOMPARE(log.entries().size(), 2);
+        // The failed write cleaned up after itself, so the next one succeeds.
+        log.recordLookup(QStringLiteral("c"), QString(), std::nullopt);
+        QCOMPARE(ConfusionLogStore::decode(readFile(log.filePath())).value(), log.entries());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRecordFiles)
+#include "tst_RecordFiles.moc"
