@@ -5,6 +5,8 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
+#include "platform/linux/hotkeys/QtEventMonitor.h"
+#include "platform/linux/hotkeys/XcbHotkeyService.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -20,6 +22,9 @@ PlatformServices createPlatformServices()
         std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
+    services.eventMonitor = std::make_unique<QtEventMonitor>();
+    if (auto hotkeys = createXcbHotkeyService())
+        services.hotkeys = std::move(hotkeys);
     return services;
 }
 
