@@ -109,8 +109,11 @@ bool HotkeyManager::registerHotkey(quint32 keyCode, quint32 modifiers)
         m_hotKeyRegistered = true;
         return true;
     }
-    qCInfo(lcHotkeyManager).noquote() << "Could not register" << hotkeyDisplayString(keyCode, modifiers) << "("
-                                      << keyCode << modifiers << "):" << registered.error().message;
+    qCInfo(lcHotkeyManager).noquote() << QStringLiteral("Could not register %1 (%2, %3): %4")
+                                             .arg(hotkeyDisplayString(keyCode, modifiers))
+                                             .arg(keyCode)
+                                             .arg(modifiers)
+                                             .arg(registered.error().message);
     m_service.setEventHandler(nullptr);
     m_eventHandlerInstalled = false;
     return false;
