@@ -196,6 +196,13 @@ bool QtEventMonitor::eventFilter(QObject* watched, QEvent* event)
     const auto converted = toKeyEvent(keyEvent);
     if (!converted)
         return false;
+    // A flags change is a change: the same set told twice (a key seen by two windows, a modifier
+    // repeating) is not news.
+    const bool repeatedFlags =
+        converted->type == KeyEvent::Type::flagsChanged && converted->modifierFlags == m_lastModifierFlags;
+    m_lastModifierFlags = converted->modifierFlags;
+    if (repeatedFlags)
+        return false;
     bool swallowed = false;
     const auto monitors = m_keyMonitors;
     for (auto it = monitors.cbegin(); it != monitors.cend(); ++it) {

@@ -43,6 +43,7 @@ private:
     QHash<Token, ClickHandler> m_clickMonitors;
     QHash<Token, ClickHandler> m_keyPressMonitors;
     bool m_filterInstalled = false;
+    quint32 m_lastModifierFlags = 0;
 };
 
 } // namespace tolvane
