@@ -48,8 +48,8 @@ std::span<const HotkeyConflictChecker::KnownShortcut> HotkeyConflictChecker::kno
 }
 
 std::optional<HotkeyConflictChecker::Conflict> HotkeyConflictChecker::check(quint32 keyCode, quint32 modifiers,
-                                                                             std::optional<HotkeyCombination> current,
-                                                                             GlobalHotkeyService& service)
+                                                                            std::optional<HotkeyCombination> current,
+                                                                            GlobalHotkeyService& service)
 {
     QStringList reasons;
     if (modifiers == 0)

@@ -38,8 +38,8 @@ public:
     static std::span<const KnownShortcut> knownShortcuts();
 
     // current: the combination now active, which is never probed (Tolvane itself holds it).
-    static std::optional<Conflict> check(quint32 keyCode, quint32 modifiers,
-                                         std::optional<HotkeyCombination> current, GlobalHotkeyService& service);
+    static std::optional<Conflict> check(quint32 keyCode, quint32 modifiers, std::optional<HotkeyCombination> current,
+                                         GlobalHotkeyService& service);
 };
 
 } // namespace tolvane

@@ -75,29 +75,29 @@ constexpr std::array keys{
     HotkeyKey{50, '`', Qt::Key_QuoteLeft, false},
     HotkeyKey{51, 0xff08, Qt::Key_Backspace, false},
     HotkeyKey{53, 0xff1b, Qt::Key_Escape, false},
-    HotkeyKey{54, 0xffec, Qt::Key_Super_R, false},   // Super_R
-    HotkeyKey{55, 0xffeb, Qt::Key_Super_L, false},   // Super_L
-    HotkeyKey{56, 0xffe1, Qt::Key_Shift, false},     // Shift_L
-    HotkeyKey{57, 0xffe5, Qt::Key_CapsLock, false},  // Caps_Lock
-    HotkeyKey{58, 0xffe9, Qt::Key_Alt, false},       // Alt_L
-    HotkeyKey{59, 0xffe3, Qt::Key_Control, false},   // Control_L
-    HotkeyKey{60, 0xffe2, Qt::Key_unknown, false},   // Shift_R: Qt does not tell the sides apart
-    HotkeyKey{61, 0xffea, Qt::Key_unknown, false},   // Alt_R
-    HotkeyKey{62, 0xffe4, Qt::Key_unknown, false},   // Control_R
+    HotkeyKey{54, 0xffec, Qt::Key_Super_R, false},  // Super_R
+    HotkeyKey{55, 0xffeb, Qt::Key_Super_L, false},  // Super_L
+    HotkeyKey{56, 0xffe1, Qt::Key_Shift, false},    // Shift_L
+    HotkeyKey{57, 0xffe5, Qt::Key_CapsLock, false}, // Caps_Lock
+    HotkeyKey{58, 0xffe9, Qt::Key_Alt, false},      // Alt_L
+    HotkeyKey{59, 0xffe3, Qt::Key_Control, false},  // Control_L
+    HotkeyKey{60, 0xffe2, Qt::Key_unknown, false},  // Shift_R: Qt does not tell the sides apart
+    HotkeyKey{61, 0xffea, Qt::Key_unknown, false},  // Alt_R
+    HotkeyKey{62, 0xffe4, Qt::Key_unknown, false},  // Control_R
     HotkeyKey{64, functionKeysym(17), functionQtKey(17), false},
-    HotkeyKey{65, 0xffae, Qt::Key_Period, true},     // KP_Decimal
-    HotkeyKey{67, 0xffaa, Qt::Key_Asterisk, true},   // KP_Multiply
-    HotkeyKey{69, 0xffab, Qt::Key_Plus, true},       // KP_Add
-    HotkeyKey{71, 0xff0b, Qt::Key_Clear, true},      // Clear
+    HotkeyKey{65, 0xffae, Qt::Key_Period, true},   // KP_Decimal
+    HotkeyKey{67, 0xffaa, Qt::Key_Asterisk, true}, // KP_Multiply
+    HotkeyKey{69, 0xffab, Qt::Key_Plus, true},     // KP_Add
+    HotkeyKey{71, 0xff0b, Qt::Key_Clear, true},    // Clear
     HotkeyKey{72, 0x1008ff13, Qt::Key_VolumeUp, false},
     HotkeyKey{73, 0x1008ff11, Qt::Key_VolumeDown, false},
     HotkeyKey{74, 0x1008ff12, Qt::Key_VolumeMute, false},
-    HotkeyKey{75, 0xffaf, Qt::Key_Slash, true},      // KP_Divide
-    HotkeyKey{76, 0xff8d, Qt::Key_Enter, true},      // KP_Enter
-    HotkeyKey{78, 0xffad, Qt::Key_Minus, true},      // KP_Subtract
+    HotkeyKey{75, 0xffaf, Qt::Key_Slash, true}, // KP_Divide
+    HotkeyKey{76, 0xff8d, Qt::Key_Enter, true}, // KP_Enter
+    HotkeyKey{78, 0xffad, Qt::Key_Minus, true}, // KP_Subtract
     HotkeyKey{79, functionKeysym(18), functionQtKey(18), false},
     HotkeyKey{80, functionKeysym(19), functionQtKey(19), false},
-    HotkeyKey{81, 0xffbd, Qt::Key_Equal, true},      // KP_Equal
+    HotkeyKey{81, 0xffbd, Qt::Key_Equal, true}, // KP_Equal
     HotkeyKey{82, 0xffb0, Qt::Key_0, true},
     HotkeyKey{83, 0xffb1, Qt::Key_1, true},
     HotkeyKey{84, 0xffb2, Qt::Key_2, true},
@@ -122,7 +122,7 @@ constexpr std::array keys{
     HotkeyKey{109, functionKeysym(10), functionQtKey(10), false},
     HotkeyKey{111, functionKeysym(12), functionQtKey(12), false},
     HotkeyKey{113, functionKeysym(15), functionQtKey(15), false},
-    HotkeyKey{114, 0xff63, Qt::Key_Insert, false},   // Help sits where PC keyboards have Insert
+    HotkeyKey{114, 0xff63, Qt::Key_Insert, false}, // Help sits where PC keyboards have Insert
     HotkeyKey{115, 0xff50, Qt::Key_Home, false},
     HotkeyKey{116, 0xff55, Qt::Key_PageUp, false},
     HotkeyKey{117, 0xffff, Qt::Key_Delete, false},

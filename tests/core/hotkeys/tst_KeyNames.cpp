@@ -110,9 +110,9 @@ private Q_SLOTS:
 
     void keyTableAliases()
     {
-        QCOMPARE(HotkeyKeyTable::byKeysym('K')->keyCode, 40u);       // Shift+K reports the capital
-        QCOMPARE(HotkeyKeyTable::byKeysym(0xff9c)->keyCode, 83u);    // KP_End is Keypad 1 without Num Lock
-        QCOMPARE(HotkeyKeyTable::byKeysym(0xfe20)->keyCode, 48u);    // ISO_Left_Tab
+        QCOMPARE(HotkeyKeyTable::byKeysym('K')->keyCode, 40u);    // Shift+K reports the capital
+        QCOMPARE(HotkeyKeyTable::byKeysym(0xff9c)->keyCode, 83u); // KP_End is Keypad 1 without Num Lock
+        QCOMPARE(HotkeyKeyTable::byKeysym(0xfe20)->keyCode, 48u); // ISO_Left_Tab
         QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_Backtab, false)->keyCode, 48u);
         QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, true)->keyCode, 87u);
         QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, false)->keyCode, 23u);

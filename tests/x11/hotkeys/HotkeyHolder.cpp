@@ -35,9 +35,9 @@ int main(int argc, char** argv)
     const uint16_t variants[] = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
     int refused = 0;
     for (uint16_t variant : variants) {
-        xcb_generic_error_t* error = xcb_request_check(
-            c, xcb_grab_key_checked(c, 0, root, modifiers | variant, keycode, XCB_GRAB_MODE_ASYNC,
-                                    XCB_GRAB_MODE_ASYNC));
+        xcb_generic_error_t* error =
+            xcb_request_check(c, xcb_grab_key_checked(c, 0, root, modifiers | variant, keycode, XCB_GRAB_MODE_ASYNC,
+                                                      XCB_GRAB_MODE_ASYNC));
         if (error) {
             ++refused;
             std::free(error);

@@ -2,12 +2,12 @@
 #include "platform/linux/hotkeys/QtEventMonitor.h"
 
 #include <QAction>
-#include <QWindow>
 #include <QLineEdit>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
+#include <QWindow>
 
 using namespace tolvane;
 
@@ -62,11 +62,11 @@ private Q_SLOTS:
                         .arg(e.keyCode)
                         .arg(e.modifierFlags);
         }
-        QCOMPARE(told, (QStringList{"flags 58/2048", "down 40/2048", "flags 58/0", // ⌥K
-                                    "flags 59/4096", "flags 58/6144",                // ⌃ then ⌥ down
-                                    "flags 58/4096", "flags 59/0",                   // ⌥ then ⌃ up
-                                    "down 87/0",                                     // Keypad 5
-                                    "flags 59/4096", "down 12/4096", "flags 59/0"}));  // ⌃Q
+        QCOMPARE(told, (QStringList{"flags 58/2048", "down 40/2048", "flags 58/0",    // ⌥K
+                                    "flags 59/4096", "flags 58/6144",                 // ⌃ then ⌥ down
+                                    "flags 58/4096", "flags 59/0",                    // ⌥ then ⌃ up
+                                    "down 87/0",                                      // Keypad 5
+                                    "flags 59/4096", "down 12/4096", "flags 59/0"})); // ⌃Q
         // Swallowed keys reach neither the field nor the window's shortcuts.
         QCOMPARE(window.edit.text(), QString());
         QCOMPARE(triggered.size(), 0);

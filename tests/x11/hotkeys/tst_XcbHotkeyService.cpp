@@ -146,11 +146,11 @@ private Q_SLOTS:
         QTest::newRow("⌃, ⌃⌥, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keyup ctrl+alt" << 1;
         QTest::newRow("⌃, ⌃⌥, ⌃⌥⇧, none")
             << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keydown shift sleep 0.3 keyup ctrl+alt+shift" << 0;
-        QTest::newRow("⌃, ⌃⌥, ⌃, none")
-            << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keyup alt sleep 0.3 keyup ctrl" << 0;
+        QTest::newRow("⌃, ⌃⌥, ⌃, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keyup alt sleep 0.3 keyup ctrl"
+                                        << 0;
         QTest::newRow("⌃, ⌃⌥, ⌃⌥⇧, ⌃⌥, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keydown shift "
-                                                   "sleep 0.3 keyup shift sleep 0.3 keyup ctrl+alt"
-                                                << 1;
+                                                 "sleep 0.3 keyup shift sleep 0.3 keyup ctrl+alt"
+                                              << 1;
         QTest::newRow("⌥ alone") << "keydown alt sleep 0.3 keyup alt" << 0;
     }
     void modifierOnlyFiresForTheExactLastSet()
@@ -222,8 +222,7 @@ private Q_SLOTS:
         QVERIFY(list.waitForFinished(5000));
         const QString table = QString::fromLocal8Bit(list.readAllStandardOutput());
         const auto codeOf = [&](const QString& keysym) {
-            const auto match =
-                QRegularExpression(QStringLiteral("keycode\\s+(\\d+) = %1 ").arg(keysym)).match(table);
+            const auto match = QRegularExpression(QStringLiteral("keycode\\s+(\\d+) = %1 ").arg(keysym)).match(table);
             return match.hasMatch() ? match.captured(1) : QString();
         };
         const QString j = codeOf(QStringLiteral("j")), k = codeOf(QStringLiteral("k"));

@@ -53,8 +53,7 @@ using Connection = std::unique_ptr<xcb_connection_t, ConnectionDeleter>;
 constexpr quint32 numLockKeysym = 0xff7f;
 constexpr uint8_t badAccess = 10;
 // The modifiers a grab is made for; Caps Lock, Num Lock and the others are let through.
-constexpr uint16_t comboModifierMask =
-    XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+constexpr uint16_t comboModifierMask = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
 // Modifier keys let go within this time of each other count as let go together: two fingers
 // never leave the keys in the same millisecond, and X reports each key on its own.
 constexpr int releaseChordMilliseconds = 100;
@@ -81,8 +80,7 @@ xcb_window_t rootWindow(xcb_connection_t* connection)
 
 void roundTrip(xcb_connection_t* connection)
 {
-    Reply<xcb_get_input_focus_reply_t>(
-        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    Reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 
 std::optional<xcb_keycode_t> keycodeFor(xcb_key_symbols_t* symbols, quint32 keysym)
@@ -172,8 +170,7 @@ XcbHotkeyService::XcbHotkeyService(xcb_connection_t* connection)
         constexpr uint32_t detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
         Reply<xcb_xkb_per_client_flags_reply_t> flags(xcb_xkb_per_client_flags_reply(
             m_connection,
-            xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0),
-            nullptr));
+            xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr));
         if (!flags || !(flags->value & detectable))
             qCInfo(lcXcbHotkeys) << "Detectable auto-repeat is not available; repeats are filtered instead";
     }
@@ -276,8 +273,8 @@ Result<void> XcbHotkeyService::grab(Grab& g)
         if (connectionBroken())
             return Error{connectionLost};
         if (errorCode == badAccess)
-            return Error{QStringLiteral("Another application holds %1.")
-                             .arg(hotkeyDisplayString(g.keyCode, g.modifiers))};
+            return Error{
+                QStringLiteral("Another application holds %1.").arg(hotkeyDisplayString(g.keyCode, g.modifiers))};
         return Error{QStringLiteral("The display refused %1 (X error %2).")
                          .arg(hotkeyDisplayString(g.keyCode, g.modifiers))
                          .arg(errorCode)};
@@ -297,8 +294,8 @@ void XcbHotkeyService::ungrab(const Grab& g)
 
 void XcbHotkeyService::unregisterHotkey(HotkeyIdentifier identifier)
 {
-    const auto it = std::find_if(m_grabs.begin(), m_grabs.end(),
-                                 [&](const Grab& g) { return g.identifier == identifier; });
+    const auto it =
+        std::find_if(m_grabs.begin(), m_grabs.end(), [&](const Grab& g) { return g.identifier == identifier; });
     if (it == m_grabs.end())
         return;
     const Grab g = *it;
@@ -482,8 +479,8 @@ void XcbHotkeyService::loadModifierKeys()
     const xcb_setup_t* setup = xcb_get_setup(m_rawConnection.get());
     for (int code = setup->min_keycode; code <= setup->max_keycode; ++code) {
         const auto keycode = xcb_keycode_t(code);
-        if (const quint32 bit = HotkeyKeyTable::modifierForKeysym(xcb_key_symbols_get_keysym(m_rawSymbols.get(),
-                                                                                            keycode, 0)))
+        if (const quint32 bit =
+                HotkeyKeyTable::modifierForKeysym(xcb_key_symbols_get_keysym(m_rawSymbols.get(), keycode, 0)))
             m_modifierKeys.insert(keycode, bit);
     }
 }
