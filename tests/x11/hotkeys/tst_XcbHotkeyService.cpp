@@ -139,6 +139,20 @@ private Q_SLOTS:
         QCOMPARE(rig.releases.size(), 1);
     }
 
+    void keysTheDesktopLacksAreRefusedCleanly()
+    {
+        Rig rig;
+        QVERIFY(rig.manager->updateHotkey(keyK, control | option));
+        // No keysym for the code at all; F20, which this keyboard does not have; § likewise.
+        for (quint32 keyCode : {200u, 90u, 10u}) {
+            QTest::ignoreMessage(QtInfoMsg, QRegularExpression(QStringLiteral("Could not register")));
+            QVERIFY(!rig.manager->updateHotkey(keyCode, control));
+            QCOMPARE(rig.manager->currentKeyCode(), keyK);
+        }
+        QVERIFY(xdotool(QStringLiteral("key ctrl+alt+k")));
+        QCOMPARE(rig.presses.size(), 1);
+    }
+
     void modifierOnlyFiresForTheExactLastSet_data()
     {
         QTest::addColumn<QString>("script");
