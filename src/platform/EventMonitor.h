@@ -38,7 +38,8 @@ public:
     virtual void removeMonitor(Token token) = 0;
 
     // Brings Tolvane's windows forward so that the local key monitors receive the user's keys.
-    virtual void activateApplication() = 0;
+    // Nothing to do where there are no windows.
+    virtual void activateApplication() {}
 };
 
 } // namespace tolvane

@@ -95,18 +95,6 @@ private Q_SLOTS:
         (void)HotkeyConflictChecker::check(40, 4096, HotkeyCombination{40, 6144}, service);
         QCOMPARE(service.attempts.size(), 1);
     }
-
-    void tableIsFirstMatchInOrder()
-    {
-        const auto table = HotkeyConflictChecker::knownShortcuts();
-        QCOMPARE(table.size(), std::size_t(8));
-        QCOMPARE(table.front().name, QStringLiteral("Window menu (⌥Space)"));
-        QCOMPARE(table.back().keyCode, 4294967295u);
-        for (std::size_t i = 0; i < table.size(); ++i) {
-            for (std::size_t j = i + 1; j < table.size(); ++j)
-                QVERIFY(table[i].keyCode != table[j].keyCode || table[i].modifiers != table[j].modifiers);
-        }
-    }
 };
 
 QTEST_GUILESS_MAIN(TestHotkeyConflictChecker)

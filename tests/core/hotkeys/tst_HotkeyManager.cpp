@@ -6,8 +6,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-Q_DECLARE_METATYPE(tolvane::PreferenceValue)
-
 using namespace tolvane;
 
 namespace {
@@ -78,33 +76,6 @@ private Q_SLOTS:
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyModifiers), qint64(2048));
         QVERIFY(!manager.registrationError());
         rig.verifyOneMechanism();
-    }
-
-    void storedCombinationIsReadAtCreation_data()
-    {
-        QTest::addColumn<PreferenceValue>("keyCode");
-        QTest::addColumn<PreferenceValue>("modifiers");
-        QTest::addColumn<quint32>("expectedKey");
-        QTest::addColumn<quint32>("expectedModifiers");
-        QTest::newRow("stored") << PreferenceValue(qint64(40)) << PreferenceValue(qint64(6144)) << 40u << 6144u;
-        QTest::newRow("modifier-only") << PreferenceValue(qint64(4294967295)) << PreferenceValue(qint64(6144))
-                                       << modifierOnly << 6144u;
-        QTest::newRow("key as text") << PreferenceValue(QStringLiteral("40")) << PreferenceValue(qint64(256)) << 49u
-                                     << 256u;
-        QTest::newRow("out of range") << PreferenceValue(qint64(-1)) << PreferenceValue(qint64(256)) << 49u << 2048u;
-    }
-    void storedCombinationIsReadAtCreation()
-    {
-        QFETCH(PreferenceValue, keyCode);
-        QFETCH(PreferenceValue, modifiers);
-        QFETCH(quint32, expectedKey);
-        QFETCH(quint32, expectedModifiers);
-        Rig rig;
-        rig.platform.preferences->set(PreferenceKey::customHotkeyKeyCode, keyCode);
-        rig.platform.preferences->set(PreferenceKey::customHotkeyModifiers, modifiers);
-        HotkeyManager& manager = rig.create();
-        QCOMPARE(manager.currentKeyCode(), expectedKey);
-        QCOMPARE(manager.currentModifiers(), expectedModifiers);
     }
 
     void pressAndReleaseReachTheCallbacksOnlyForOurIdentifier()

@@ -54,15 +54,6 @@ private Q_SLOTS:
             QVERIFY2(!isTypingKey(code), qPrintable(QString::number(code)));
     }
 
-    void unnamedKeysShowTheirCode()
-    {
-        QCOMPARE(keyName(52), QStringLiteral("(52)"));
-        QCOMPARE(keyName(200), QStringLiteral("(200)"));
-        QCOMPARE(keyName(91), QStringLiteral("Keypad 8"));
-        QCOMPARE(keyName(89), QStringLiteral("Keypad 7"));
-        QCOMPARE(keyName(42), QStringLiteral("\\"));
-    }
-
     void carbonMaskFromEventFlags()
     {
         using namespace EventModifierFlag;
