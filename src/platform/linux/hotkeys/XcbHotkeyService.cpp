@@ -172,7 +172,8 @@ XcbHotkeyService::XcbHotkeyService(xcb_connection_t* connection)
             m_connection,
             xcb_xkb_per_client_flags(m_connection, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0), nullptr));
         if (!flags || !(flags->value & detectable))
-            qCInfo(lcXcbHotkeys) << "Detectable auto-repeat is not available; repeats are filtered instead";
+            qCInfo(lcXcbHotkeys)
+                << "Detectable auto-repeat is not available: a held hotkey repeats its press and release";
     }
     loadKeyboard();
     m_releaseChord.setSingleShot(true);
