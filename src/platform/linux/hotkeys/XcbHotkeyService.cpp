@@ -54,9 +54,10 @@ constexpr quint32 numLockKeysym = 0xff7f;
 constexpr uint8_t badAccess = 10;
 // The modifiers a grab is made for; Caps Lock, Num Lock and the others are let through.
 constexpr uint16_t comboModifierMask = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
-// Modifier keys let go within this time of each other count as let go together: two fingers
-// never leave the keys in the same millisecond, and X reports each key on its own.
-constexpr int releaseChordMilliseconds = 100;
+// Modifier keys let go within this time of each other (by the server's clock) count as let go
+// together: two fingers never leave the keys in the same millisecond, and X reports each key on
+// its own.
+constexpr xcb_timestamp_t releaseChordMilliseconds = 100;
 
 uint16_t xModifiers(quint32 carbon)
 {
@@ -130,7 +131,8 @@ private:
 
     void loadModifierKeys();
     void readRawEvents();
-    void handleRawKey(xcb_keycode_t keycode, bool pressed);
+    void handleRawKey(xcb_keycode_t keycode, bool pressed, xcb_timestamp_t time);
+    bool flushPendingRelease();
     void report(quint32 held);
     void closeModifierMonitor();
 
@@ -150,8 +152,10 @@ private:
     QHash<xcb_keycode_t, quint32> m_modifierKeys; // keycode → stored modifier bit
     QSet<xcb_keycode_t> m_heldModifierKeys;
     quint32 m_reportedModifiers = 0;
-    std::optional<quint32> m_pendingRelease; // a smaller set, waiting to see whether the rest follows
-    QTimer m_releaseChord;
+    // Part of the set went up: the smaller set is told only once it is clear that the rest did
+    // not follow within the chord time.
+    std::optional<quint32> m_pendingRelease;
+    xcb_timestamp_t m_pendingReleaseTime = 0;
     ModifierHandler m_modifierHandler;
     quint64 m_monitorGeneration = 0;
 };
@@ -176,12 +180,6 @@ XcbHotkeyService::XcbHotkeyService(xcb_connection_t* connection)
                 << "Detectable auto-repeat is not available: a held hotkey repeats its press and release";
     }
     loadKeyboard();
-    m_releaseChord.setSingleShot(true);
-    m_releaseChord.setInterval(releaseChordMilliseconds);
-    QObject::connect(&m_releaseChord, &QTimer::timeout, this, [this] {
-        if (const auto pending = std::exchange(m_pendingRelease, std::nullopt))
-            report(*pending);
-    });
     qApp->installNativeEventFilter(this);
 }
 
@@ -458,7 +456,6 @@ void XcbHotkeyService::stopModifierMonitor()
 
 void XcbHotkeyService::closeModifierMonitor()
 {
-    m_releaseChord.stop();
     m_pendingRelease.reset();
     if (m_rawNotifier) {
         m_rawNotifier->setEnabled(false);
@@ -500,9 +497,9 @@ void XcbHotkeyService::readRawEvents()
                 continue;
             const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event.get());
             if (generic->event_type == XCB_INPUT_RAW_KEY_PRESS && !(raw->flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT))
-                handleRawKey(xcb_keycode_t(raw->detail), true);
+                handleRawKey(xcb_keycode_t(raw->detail), true, raw->time);
             else if (generic->event_type == XCB_INPUT_RAW_KEY_RELEASE)
-                handleRawKey(xcb_keycode_t(raw->detail), false);
+                handleRawKey(xcb_keycode_t(raw->detail), false, raw->time);
         } else if (type == XCB_MAPPING_NOTIFY) {
             loadModifierKeys();
             scheduleRegrab();
@@ -514,7 +511,7 @@ void XcbHotkeyService::readRawEvents()
     }
 }
 
-void XcbHotkeyService::handleRawKey(xcb_keycode_t keycode, bool pressed)
+void XcbHotkeyService::handleRawKey(xcb_keycode_t keycode, bool pressed, xcb_timestamp_t time)
 {
     const quint32 bit = m_modifierKeys.value(keycode);
     if (bit == 0)
@@ -527,26 +524,28 @@ void XcbHotkeyService::handleRawKey(xcb_keycode_t keycode, bool pressed)
     for (xcb_keycode_t key : std::as_const(m_heldModifierKeys))
         held |= m_modifierKeys.value(key);
 
+    const bool chord = m_pendingRelease && !pressed && time - m_pendingReleaseTime <= releaseChordMilliseconds;
+    if (!chord && !flushPendingRelease())
+        return;
     if (!pressed && held != 0 && (held & ~m_reportedModifiers) == 0) {
-        // Part of the set went up: wait a moment for the rest.
+        if (!m_pendingRelease)
+            m_pendingReleaseTime = time;
         m_pendingRelease = held;
-        m_releaseChord.start();
         return;
     }
-    const quint64 generation = m_monitorGeneration;
-    if (held != 0) {
-        if (const auto pending = std::exchange(m_pendingRelease, std::nullopt)) {
-            m_releaseChord.stop();
-            report(*pending);
-            if (generation != m_monitorGeneration)
-                return;
-        }
-    } else {
-        // The rest followed in time: the whole set went up together.
-        m_releaseChord.stop();
-        m_pendingRelease.reset();
-    }
+    // Everything went up, the rest in time: the whole set went up together.
+    m_pendingRelease.reset();
     report(held);
+}
+
+bool XcbHotkeyService::flushPendingRelease()
+{
+    const auto pending = std::exchange(m_pendingRelease, std::nullopt);
+    if (!pending)
+        return true;
+    const quint64 generation = m_monitorGeneration;
+    report(*pending);
+    return generation == m_monitorGeneration;
 }
 
 void XcbHotkeyService::report(quint32 held)
