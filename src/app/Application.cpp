@@ -5,6 +5,7 @@
 #include "app/SingleInstance.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Clock.h"
+#include "core/support/Logging.h"
 #include "core/support/QtScheduler.h"
 #include "platform/linux/PlatformFactory.h"
 
@@ -12,6 +13,8 @@
 #include <QTextStream>
 
 #include <cstdio>
+
+TOLVANE_DEFINE_LOG(lcApplication, "Application")
 
 namespace tolvane {
 
@@ -35,9 +38,8 @@ int runApplication(int argc, char** argv)
     Preferences preferences(*services.preferences);
 
     AppDelegate delegate(services, preferences, scheduler);
-    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, [] {
-        QTextStream(stderr) << "[AppDelegate] Another start was attempted; Tolvane keeps running\n";
-    });
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate,
+                     [] { qCInfo(lcApplication) << "Another start was attempted; this instance keeps running"; });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);
     scheduler.post([&delegate] { delegate.applicationDidFinishLaunching(); });
     return QApplication::exec();

@@ -4,6 +4,7 @@
 // Recording fakes of every platform interface. Each keeps what it was asked and answers what the
 // test set up; none touches the desktop.
 
+#include "core/support/Scheduler.h"
 #include "platform/PlatformServices.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -308,16 +309,30 @@ public:
 
     void setDelegate(NotificationCenterDelegate* d) override { delegate = d; }
     void setCategories(const QList<NotificationCategory>& c) override { categories = c; }
+    // When set, additions and the pending list are answered later, on this scheduler, as a real
+    // centre does.
+    Scheduler* answerLater = nullptr;
+    std::function<void(int additions)> afterAdd; // called after every completed addition
+    int additions = 0;
+
     void add(const NotificationRequest& request, Completion completion) override
     {
-        if (addError.isEmpty()) {
-            pending.removeIf([&](const NotificationRequest& r) { return r.identifier == request.identifier; });
-            pending.append(request);
-        }
-        if (completion)
-            completion(addError);
+        later([this, request, completion] {
+            if (addError.isEmpty()) {
+                pending.removeIf([&](const NotificationRequest& r) { return r.identifier == request.identifier; });
+                pending.append(request);
+            }
+            if (completion)
+                completion(addError);
+            ++additions;
+            if (afterAdd)
+                afterAdd(additions);
+        });
     }
-    void pendingRequests(std::function<void(QList<NotificationRequest>)> completion) override { completion(pending); }
+    void pendingRequests(std::function<void(QList<NotificationRequest>)> completion) override
+    {
+        later([this, completion] { completion(pending); });
+    }
     void removePendingRequests(const QStringList& ids) override
     {
         removedPending += ids;
@@ -340,6 +355,15 @@ public:
     {
         ++authorizationRequests;
         completion(authorization == NotificationAuthorization::authorized, QString());
+    }
+
+private:
+    void later(std::function<void()> answer)
+    {
+        if (answerLater)
+            answerLater->post(std::move(answer));
+        else
+            answer();
     }
 };
 

@@ -7,6 +7,7 @@
 #include "platform/linux/QtScreenService.h"
 #include "platform/linux/hotkeys/QtEventMonitor.h"
 #include "platform/linux/hotkeys/XcbHotkeyService.h"
+#include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -22,6 +23,7 @@ PlatformServices createPlatformServices()
         std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
+    services.notifications = DesktopNotificationCenter::forSessionBus();
     services.eventMonitor = std::make_unique<QtEventMonitor>();
     if (auto hotkeys = createXcbHotkeyService())
         services.hotkeys = std::move(hotkeys);
