@@ -123,6 +123,18 @@ private Q_SLOTS:
         QVERIFY(rig.presses.isEmpty());
     }
 
+    void firesWithCapsLockAndNumLockOn()
+    {
+        Rig rig;
+        QVERIFY(rig.manager->updateHotkey(keyK, control | option));
+        const bool fired =
+            xdotool(QStringLiteral("key Num_Lock key ctrl+alt+k key Caps_Lock key ctrl+alt+k key Num_Lock "
+                                   "key ctrl+alt+k key Caps_Lock"));
+        QVERIFY(fired);
+        QCOMPARE(rig.presses.size(), 3);
+        QCOMPARE(rig.releases.size(), 3);
+    }
+
     void combinationHeldElsewhereKeepsThePreviousHotkey()
     {
         Rig rig;
