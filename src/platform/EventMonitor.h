@@ -8,7 +8,8 @@
 
 namespace tolvane {
 
-// A key event in Tolvane's convention.
+// A key event in Tolvane's convention. A key going down is keyDown; a modifier key going down or
+// up is flagsChanged, carrying the set of modifiers held after the change.
 struct KeyEvent
 {
     enum class Type { keyDown, flagsChanged };
@@ -35,6 +36,10 @@ public:
     virtual Token addClickMonitor(ClickHandler handler) = 0;
     virtual Token addKeyPressMonitor(ClickHandler handler) = 0;
     virtual void removeMonitor(Token token) = 0;
+
+    // Brings Tolvane's windows forward so that the local key monitors receive the user's keys.
+    // Nothing to do where there are no windows.
+    virtual void activateApplication() {}
 };
 
 } // namespace tolvane

@@ -36,7 +36,8 @@ public:
     virtual void setEventHandler(EventHandler handler) = 0;
 
     // Reports the set of held modifier keys each time it changes, system-wide, for combinations
-    // made of modifier keys alone.
+    // made of modifier keys alone. Keys let go together may be told as one change: the in-between
+    // set of a chord being released is not news.
     virtual Result<void> startModifierMonitor(ModifierHandler handler) = 0;
     virtual void stopModifierMonitor() = 0;
 };

@@ -144,14 +144,20 @@ public:
         clickMonitors.remove(token);
         keyPressMonitors.remove(token);
     }
+    void activateApplication() override { ++activations; }
     int monitorCount() const { return int(keyMonitors.size() + clickMonitors.size() + keyPressMonitors.size()); }
+    int activations = 0;
 
     // Test side. Returns true when a monitor swallowed the key.
     bool sendKey(const KeyEvent& event)
     {
+        // A handler may remove monitors (its own included) while the event is delivered.
         bool swallowed = false;
-        for (const auto& handler : keyMonitors)
-            swallowed = handler(event) || swallowed;
+        const auto monitors = keyMonitors;
+        for (auto it = monitors.cbegin(); it != monitors.cend(); ++it) {
+            if (keyMonitors.contains(it.key()))
+                swallowed = it.value()(event) || swallowed;
+        }
         return swallowed;
     }
     void click()

@@ -5,6 +5,8 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
+#include "platform/linux/hotkeys/QtEventMonitor.h"
+#include "platform/linux/hotkeys/XcbHotkeyService.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/null/NullPlatform.h"
 
@@ -22,6 +24,9 @@ PlatformServices createPlatformServices()
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
     services.notifications = DesktopNotificationCenter::forSessionBus();
+    services.eventMonitor = std::make_unique<QtEventMonitor>();
+    if (auto hotkeys = createXcbHotkeyService())
+        services.hotkeys = std::move(hotkeys);
     return services;
 }
 

@@ -35,6 +35,7 @@ public:
     Token addClickMonitor(ClickHandler) override { return ++m_next; }
     Token addKeyPressMonitor(ClickHandler) override { return ++m_next; }
     void removeMonitor(Token) override {}
+    void activateApplication() override {}
 
 private:
     Token m_next = 0;

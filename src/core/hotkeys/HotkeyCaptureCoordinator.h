@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/hotkeys/HotkeyConflictChecker.h"
+#include "platform/EventMonitor.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace tolvane {
+
+class HotkeyManager;
+
+// Captures a new lookup hotkey for the settings screen: the next key combination, or the last set
+// of modifiers pressed and let go on their own. Bare typing keys are refused with a message;
+// anything the conflict checker worries about waits for the user's confirmation.
+class HotkeyCaptureCoordinator final : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isCapturing READ isCapturing NOTIFY isCapturingChanged)
+    Q_PROPERTY(QString validationMessage READ validationMessageText NOTIFY validationMessageChanged)
+public:
+    static constexpr quint32 escapeKeyCode = 53;
+
+    struct PendingConflict
+    {
+        quint32 keyCode;
+        quint32 modifiers;
+        HotkeyConflictChecker::Conflict conflict;
+    };
+
+    HotkeyCaptureCoordinator(EventMonitor& monitor, HotkeyManager& manager, GlobalHotkeyService& hotkeys,
+                             QObject* parent = nullptr);
+    ~HotkeyCaptureCoordinator() override;
+
+    bool isCapturing() const { return m_isCapturing; }
+    const std::optional<PendingConflict>& pendingConflict() const { return m_pendingConflict; }
+    const std::optional<QString>& validationMessage() const { return m_validationMessage; }
+    QString validationMessageText() const { return m_validationMessage.value_or(QString()); }
+
+    void startCapture();
+    // Also the action of the capture button pressed a second time.
+    void stopCapture();
+    void commit(quint32 keyCode, quint32 modifiers);
+    // "Use Anyway".
+    void confirmPendingConflict();
+    // "Choose Different", or the dialog closed any other way.
+    void dismissPendingConflict();
+
+Q_SIGNALS:
+    void isCapturingChanged();
+    void pendingConflictChanged();
+    void validationMessageChanged();
+
+private:
+    bool handleKeyDown(const KeyEvent& event);
+    void handleFlagsChanged(const KeyEvent& event);
+    void setCapturing(bool capturing);
+    void setValidationMessage(std::optional<QString> message);
+    void setPendingConflict(std::optional<PendingConflict> pending);
+
+    EventMonitor& m_monitor;
+    HotkeyManager& m_manager;
+    GlobalHotkeyService& m_hotkeys;
+    bool m_isCapturing = false;
+    std::optional<PendingConflict> m_pendingConflict;
+    std::optional<QString> m_validationMessage;
+    std::optional<EventMonitor::Token> m_keyDownMonitor;
+    std::optional<EventMonitor::Token> m_flagsMonitor;
+    quint32 m_lastHeldModifiers = 0; // stored mask of the last non-empty set seen
+};
+
+} // namespace tolvane

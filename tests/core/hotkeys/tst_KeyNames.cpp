@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/hotkeys/CarbonModifiers.h"
+#include "core/hotkeys/HotkeyKeyTable.h"
+#include "core/hotkeys/KeyNames.h"
+
+#include <QTest>
+
+using namespace tolvane;
+
+class TestKeyNames : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void displayStrings_data()
+    {
+        QTest::addColumn<quint32>("keyCode");
+        QTest::addColumn<quint32>("modifiers");
+        QTest::addColumn<QString>("display");
+        QTest::addColumn<QStringList>("keycaps");
+        QTest::newRow("default") << 49u << 2048u << "⌥Space" << QStringList{"⌥", "Space"};
+        QTest::newRow("modifier-only") << 4294967295u << 6144u << "⌃⌥" << QStringList{"⌃", "⌥"};
+        QTest::newRow("A") << 0u << 0u << "A" << QStringList{"A"};
+        QTest::newRow("section key has no name") << 10u << 0u << "(10)" << QStringList{"(10)"};
+        QTest::newRow("F5") << 96u << 0u << "F5" << QStringList{"F5"};
+        QTest::newRow("left arrow") << 123u << 256u << "⌘(123)" << QStringList{"⌘", "(123)"};
+        QTest::newRow("return") << 36u << 0u << "↩" << QStringList{"↩"};
+        QTest::newRow("all four, fixed order") << 21u << 7936u << "⌃⌥⇧⌘4" << QStringList{"⌃", "⌥", "⇧", "⌘", "4"};
+        QTest::newRow("shift command 4") << 21u << 768u << "⇧⌘4" << QStringList{"⇧", "⌘", "4"};
+        QTest::newRow("keypad name stays one cap") << 76u << 4096u << "⌃Keypad ↩" << QStringList{"⌃", "Keypad ↩"};
+        QTest::newRow("nothing") << 4294967295u << 0u << "" << QStringList{};
+        QTest::newRow("foreign bits ignored") << 53u << (2048u | 1u | 65536u) << "⌥⎋" << QStringList{"⌥", "⎋"};
+    }
+    void displayStrings()
+    {
+        QFETCH(quint32, keyCode);
+        QFETCH(quint32, modifiers);
+        QFETCH(QString, display);
+        QFETCH(QStringList, keycaps);
+        QCOMPARE(hotkeyDisplayString(keyCode, modifiers), display);
+        QCOMPARE(keycapLabels(display), keycaps);
+    }
+
+    void keycapsSplitOnlyLeadingSymbols()
+    {
+        // A symbol after the key name belongs to the name.
+        QCOMPARE(keycapLabels(QStringLiteral("⌥A⌘")), (QStringList{"⌥", "A⌘"}));
+    }
+
+    void typingKeys()
+    {
+        for (quint32 code = 0; code <= 50; ++code)
+            QCOMPARE(isTypingKey(code), code != 10);
+        for (quint32 code : {51u, 53u, 96u, 65u, 82u, 122u, 123u, 4294967295u})
+            QVERIFY2(!isTypingKey(code), qPrintable(QString::number(code)));
+    }
+
+    void carbonMaskFromEventFlags()
+    {
+        using namespace EventModifierFlag;
+        QCOMPARE(carbonModifiers(command), 256u);
+        QCOMPARE(carbonModifiers(shift | option), 2560u);
+        QCOMPARE(carbonModifiers(control | option), 6144u);
+        // Caps Lock (1 << 16), numeric pad (1 << 21), Function (1 << 23) and device bits are dropped.
+        QCOMPARE(carbonModifiers((1u << 16) | (1u << 21) | (1u << 23) | 0x1u | option), 2048u);
+    }
+
+    void fourCharCodes()
+    {
+        QCOMPARE(fourCharCode("TlvH"), 0x546c7648u);
+        QCOMPARE(fourCharCode("TlvP"), 0x546c7650u);
+        QCOMPARE(fourCharCode("ab"), 0x6162u);
+        QCOMPARE(fourCharCode(""), 0u);
+        QCOMPARE(fourCharCode("TlvHX"), fourCharCode("TlvH"));
+    }
+
+    // Every stored key code must survive a trip through the desktop's names for it, or a
+    // combination captured from a key event would register a different key.
+    void keyTableRoundTrips()
+    {
+        int checked = 0;
+        for (quint32 code = 0; code < 128; ++code) {
+            const auto key = HotkeyKeyTable::byKeyCode(code);
+            if (!key)
+                continue;
+            ++checked;
+            QCOMPARE(key->keyCode, code);
+            const auto bySym = HotkeyKeyTable::byKeysym(key->keysym);
+            QVERIFY2(bySym && bySym->keyCode == code, qPrintable(QString::number(code)));
+            if (key->qtKey != Qt::Key_unknown) {
+                const auto byQt = HotkeyKeyTable::byQtKey(key->qtKey, key->keypad);
+                QVERIFY2(byQt && byQt->keyCode == code, qPrintable(QString::number(code)));
+            }
+        }
+        QVERIFY(checked > 100);
+        // Every named key can be registered.
+        for (quint32 code = 0; code < 128; ++code) {
+            if (!keyName(code).startsWith(QLatin1Char('(')))
+                QVERIFY2(HotkeyKeyTable::byKeyCode(code).has_value(), qPrintable(QString::number(code)));
+        }
+    }
+
+    void keyTableAliases()
+    {
+        QCOMPARE(HotkeyKeyTable::byKeysym('K')->keyCode, 40u);    // Shift+K reports the capital
+        QCOMPARE(HotkeyKeyTable::byKeysym(0xff9c)->keyCode, 83u); // KP_End is Keypad 1 without Num Lock
+        QCOMPARE(HotkeyKeyTable::byKeysym(0xfe20)->keyCode, 48u); // ISO_Left_Tab
+        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_Backtab, false)->keyCode, 48u);
+        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, true)->keyCode, 87u);
+        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, false)->keyCode, 23u);
+        QVERIFY(!HotkeyKeyTable::byKeysym(0x6c1)); // a Cyrillic letter
+        QVERIFY(!HotkeyKeyTable::byKeyCode(4294967295u));
+        QVERIFY(!HotkeyKeyTable::byQtKey(Qt::Key_unknown, false));
+        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffeb), 256u);  // Super is Command
+        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffea), 2048u); // Alt is Option
+        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffe4), 4096u);
+        QCOMPARE(HotkeyKeyTable::modifierForKeysym('a'), 0u);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestKeyNames)
+#include "tst_KeyNames.moc"

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/HotkeyKeycaps.h"
+
+#include <QImage>
+#include <QTest>
+
+using namespace tolvane;
+
+class TestHotkeyKeycaps : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void capsStandInARow_data()
+    {
+        QTest::addColumn<QString>("display");
+        QTest::addColumn<QStringList>("caps");
+        QTest::newRow("⌥Space") << "⌥Space" << QStringList{"⌥", "Space"};
+        QTest::newRow("⌃⌥") << "⌃⌥" << QStringList{"⌃", "⌥"};
+        QTest::newRow("⇧⌘4") << "⇧⌘4" << QStringList{"⇧", "⌘", "4"};
+        QTest::newRow("⌘(123)") << "⌘(123)" << QStringList{"⌘", "(123)"};
+        QTest::newRow("empty") << "" << QStringList{};
+    }
+    void capsStandInARow()
+    {
+        QFETCH(QString, display);
+        QFETCH(QStringList, caps);
+        HotkeyKeycaps keycaps(display, 13);
+        keycaps.resize(keycaps.sizeHint());
+        QCOMPARE(keycaps.keycaps(), caps);
+        const QList<QRectF> rects = keycaps.keycapRects();
+        QCOMPARE(rects.size(), caps.size());
+        for (qsizetype i = 0; i < rects.size(); ++i) {
+            QVERIFY(rects[i].width() >= 26 && rects[i].height() >= 26);
+            QVERIFY(QRectF(keycaps.rect()).contains(rects[i]));
+            if (i > 0)
+                QCOMPARE(rects[i].left() - rects[i - 1].right(), HotkeyKeycaps::spacing);
+        }
+        QImage image(keycaps.size().expandedTo(QSize(1, 1)), QImage::Format_ARGB32);
+        keycaps.render(&image);
+    }
+
+    void namesGetPaddingSymbolsDoNot()
+    {
+        HotkeyKeycaps keycaps(QStringLiteral("⌥Space"), 13);
+        keycaps.resize(keycaps.sizeHint());
+        const QList<QRectF> rects = keycaps.keycapRects();
+        QCOMPARE(rects[0].width(), 26.0); // a symbol fits the minimum square
+        QFont font = keycaps.font();
+        font.setPixelSize(13);
+        font.setWeight(QFont::DemiBold);
+        const qreal text = std::ceil(QFontMetricsF(font).horizontalAdvance(QStringLiteral("Space")));
+        QCOMPARE(rects[1].width(), std::max(26.0, text + 16));
+
+        // Larger sizes grow the caps; the row stays centred vertically.
+        keycaps.setPointSize(20);
+        keycaps.resize(keycaps.sizeHint().width(), 100);
+        const QRectF big = keycaps.keycapRects().first();
+        QVERIFY(big.width() >= 40);
+        QVERIFY(std::abs(big.center().y() - (100 - 1) / 2.0) < 1);
+    }
+};
+
+QTEST_MAIN(TestHotkeyKeycaps)
+#include "tst_HotkeyKeycaps.moc"
