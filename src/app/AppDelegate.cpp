@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
 
+#include "core/hotkeys/HotkeyManager.h"
+#include "core/progress/LookupMilestoneManager.h"
+#include "core/records/ConfusionLogStore.h"
+#include "core/records/ReviewDeckStore.h"
+#include "core/records/UsageEventStore.h"
+#include "core/review/NotificationScheduler.h"
+#include "core/review/ReminderResponder.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
@@ -16,11 +23,14 @@ TOLVANE_DEFINE_LOG(lcAppDelegate, "AppDelegate")
 
 namespace tolvane {
 
-AppDelegate::AppDelegate(PlatformServices& services, Preferences& preferences, Scheduler& scheduler, QObject* parent)
+AppDelegate::AppDelegate(PlatformServices& services, Preferences& preferences, const Clock& clock, Scheduler& scheduler,
+                         QString recordsDirectory, QObject* parent)
     : QObject(parent)
     , m_services(services)
     , m_preferences(preferences)
+    , m_clock(clock)
     , m_scheduler(scheduler)
+    , m_recordsDirectory(std::move(recordsDirectory))
 {}
 
 AppDelegate::~AppDelegate() = default;
@@ -33,6 +43,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
     m_preferences.registerStartupDefaults();
     m_preferences.reportMistypedValues();
+    createRecordsAndReminders();
 
     m_appearance = std::make_unique<AppearanceApplier>();
     m_appearance->applyFrom(m_preferences);
@@ -41,9 +52,71 @@ void AppDelegate::applicationDidFinishLaunching()
             m_appearance->applyFrom(m_preferences);
     });
 
+    // Reminders: answers come back through the responder; the category gives them their buttons.
+    m_services.notifications->setDelegate(m_responder.get());
+    m_reminders->registerCategories();
+
+    wireHotkey();
+
     m_trayMenu = std::make_unique<TrayMenu>();
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
     showTrayWhenAvailable();
+
+    const bool onboardingComplete = m_preferences.onboardingComplete();
+    QPointer<AppDelegate> self(this);
+    m_services.notifications->authorizationStatus([self](NotificationAuthorization status) {
+        if (self)
+            self->m_reminders->updateAuthorizationStatus(status);
+    });
+    // Before the guide is finished there is nothing to remind of; the guide plans when it ends.
+    if (onboardingComplete) {
+        m_scheduler.post([self] {
+            if (self)
+                self->m_reminders->reschedule();
+        });
+    }
+}
+
+void AppDelegate::createRecordsAndReminders()
+{
+    m_usageEvents = std::make_unique<UsageEventStore>(m_clock, m_recordsDirectory);
+    m_confusionLog = std::make_unique<ConfusionLogStore>(m_clock, m_recordsDirectory);
+    m_reviewDeck = std::make_unique<ReviewDeckStore>(m_clock, m_scheduler, m_preferences, *m_usageEvents, nullptr,
+                                                     m_recordsDirectory);
+    ReviewDeckStore* deck = m_reviewDeck.get();
+    m_reminders = std::make_unique<NotificationScheduler>(*m_services.notifications, m_preferences, m_scheduler,
+                                                          [deck] { return deck->cards(); });
+    m_reviewDeck->setReminderPlanner(m_reminders.get());
+    m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler, [] {
+        qCInfo(lcAppDelegate) << "A reminder asked for the review window";
+    });
+    m_milestones = std::make_unique<LookupMilestoneManager>(m_preferences, [](const LookupMilestone& milestone) {
+        qCInfo(lcAppDelegate) << "Look-up milestone reached:" << milestone.count;
+    });
+}
+
+void AppDelegate::wireHotkey()
+{
+    m_hotkeys = std::make_unique<HotkeyManager>(m_preferences, *m_services.hotkeys);
+    // The callbacks come from inside the desktop's event handling; the look-up itself runs later,
+    // in the order of the events, once that handler has returned.
+    QPointer<AppDelegate> self(this);
+    m_hotkeys->onHotkeyPressed = [self] {
+        if (self)
+            self->m_scheduler.post([self] {
+                if (self)
+                    Q_EMIT self->hotkeyPressed();
+            });
+    };
+    m_hotkeys->onHotkeyReleased = [self] {
+        if (self)
+            self->m_scheduler.post([self] {
+                if (self)
+                    Q_EMIT self->hotkeyReleased();
+            });
+    };
+    // A refusal here is not fatal: the manager keeps the message for the settings screen.
+    m_hotkeys->updateHotkey(m_hotkeys->currentKeyCode(), m_hotkeys->currentModifiers());
 }
 
 void AppDelegate::showTrayWhenAvailable()
@@ -66,6 +139,13 @@ void AppDelegate::showTrayWhenAvailable()
     });
 }
 
-void AppDelegate::applicationWillTerminate() {}
+void AppDelegate::applicationWillTerminate()
+{
+    // Nothing of ours may keep a grab on the keyboard after the process is gone.
+    if (m_hotkeys)
+        m_hotkeys->unregisterHotkey();
+    // Answers that arrive while the process winds down have no deck to go to.
+    m_services.notifications->setDelegate(nullptr);
+}
 
 } // namespace tolvane

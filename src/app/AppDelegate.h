@@ -2,15 +2,24 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include <memory>
 
 namespace tolvane {
 
 class AppearanceApplier;
+class Clock;
+class HotkeyManager;
+class ConfusionLogStore;
+class LookupMilestoneManager;
+class NotificationScheduler;
 class Preferences;
+class ReminderResponder;
+class ReviewDeckStore;
 class Scheduler;
 class TrayMenu;
+class UsageEventStore;
 struct PlatformServices;
 
 // The start-up sequence, the wiring between components and the routing of answers from the
@@ -19,20 +28,45 @@ class AppDelegate final : public QObject
 {
     Q_OBJECT
 public:
-    AppDelegate(PlatformServices& services, Preferences& preferences, Scheduler& scheduler, QObject* parent = nullptr);
+    // recordsDirectory: where the learning records live (the data directory unless a test says
+    // otherwise).
+    AppDelegate(PlatformServices& services, Preferences& preferences, const Clock& clock, Scheduler& scheduler,
+                QString recordsDirectory, QObject* parent = nullptr);
     ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
 
     TrayMenu* trayMenu() const { return m_trayMenu.get(); }
+    ReviewDeckStore& reviewDeck() const { return *m_reviewDeck; }
+    NotificationScheduler& reminders() const { return *m_reminders; }
+    UsageEventStore& usageEvents() const { return *m_usageEvents; }
+    ConfusionLogStore& confusionLog() const { return *m_confusionLog; }
+    LookupMilestoneManager& milestones() const { return *m_milestones; }
+    HotkeyManager& hotkeys() const { return *m_hotkeys; }
+
+Q_SIGNALS:
+    // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
+    void hotkeyPressed();
+    void hotkeyReleased();
 
 private:
+    void createRecordsAndReminders();
+    void wireHotkey();
     void showTrayWhenAvailable();
 
     PlatformServices& m_services;
     Preferences& m_preferences;
+    const Clock& m_clock;
     Scheduler& m_scheduler;
+    QString m_recordsDirectory;
+    std::unique_ptr<UsageEventStore> m_usageEvents;
+    std::unique_ptr<ConfusionLogStore> m_confusionLog;
+    std::unique_ptr<ReviewDeckStore> m_reviewDeck;
+    std::unique_ptr<NotificationScheduler> m_reminders;
+    std::unique_ptr<ReminderResponder> m_responder;
+    std::unique_ptr<LookupMilestoneManager> m_milestones;
+    std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
 };

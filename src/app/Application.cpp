@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/SingleInstance.h"
+#include "core/records/JsonRecordFile.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Clock.h"
 #include "core/support/Logging.h"
@@ -37,7 +38,7 @@ int runApplication(int argc, char** argv)
     PlatformServices services = createPlatformServices();
     Preferences preferences(*services.preferences);
 
-    AppDelegate delegate(services, preferences, scheduler);
+    AppDelegate delegate(services, preferences, clock, scheduler, recordsDirectory());
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate,
                      [] { qCInfo(lcApplication) << "Another start was attempted; this instance keeps running"; });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);

@@ -3,6 +3,8 @@
 // and the start-up steps that must run before anything reads a preference.
 #include "app/AppDelegate.h"
 #include "app/SingleInstance.h"
+#include "core/records/ReviewDeckStore.h"
+#include "core/records/UsageEventStore.h"
 #include "core/setup/Preferences.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeScheduler.h"
@@ -84,18 +86,74 @@ private Q_SLOTS:
 
     void launchingRegistersTheTwoDefaultsAndNothingElse()
     {
+        QTemporaryDir records;
         FakePlatform platform;
-        FakeScheduler scheduler;
+        FakeClock clock;
+        FakeScheduler scheduler(&clock);
         Preferences preferences(*platform.services.preferences);
-        AppDelegate delegate(platform.services, preferences, scheduler);
+        AppDelegate delegate(platform.services, preferences, clock, scheduler, records.path());
         delegate.applicationDidFinishLaunching();
         QVERIFY(preferences.axWordLookupEnabled());
         QVERIFY(preferences.ocrFallbackEnabled());
         QVERIFY(!preferences.onboardingComplete());
-        QVERIFY(platform.preferences->storedValues().isEmpty());
-        QVERIFY(!QApplication::quitOnLastWindowClosed());
         QVERIFY(delegate.trayMenu() != nullptr);
+        QVERIFY(!QApplication::quitOnLastWindowClosed());
+        // The reminder buttons are installed and answers have somewhere to go.
+        QCOMPARE(platform.notifications->categories.size(), 1);
+        QCOMPARE(platform.notifications->categories.first().identifier, QStringLiteral("FLASHCARD_REMINDER"));
+        QVERIFY(platform.notifications->delegate != nullptr);
+        // The permission seen at start is remembered. Besides it, only the accepted hotkey is written;
+        // the registered defaults never are.
+        scheduler.runPosted();
+        QVERIFY(preferences.notificationPermissionGranted());
+        QCOMPARE(
+            platform.preferences->storedValues().keys(),
+            (QStringList{QString(PreferenceKey::customHotkeyKeyCode), QString(PreferenceKey::customHotkeyModifiers),
+                         QString(PreferenceKey::notificationPermissionGranted)}));
+        // Before the guide is done, nothing is planned even when the deck has cards.
+        delegate.reviewDeck().addCard(QStringLiteral("Haus"), QStringLiteral("house"), true, QStringLiteral("de"),
+                                      DetectedDirection::targetToEnglish);
+        scheduler.advance(std::chrono::seconds(1));
+        // The stored (default) hotkey is registered at start, its events arrive as tasks, and it
+        // is let go at the end.
+        QCOMPARE(platform.hotkeys->registered.size(), 1);
+        QCOMPARE(platform.hotkeys->registered.first().keyCode, 49u);
+        QCOMPARE(platform.hotkeys->registered.first().modifiers, 2048u);
+        QStringList events;
+        connect(&delegate, &AppDelegate::hotkeyPressed, this, [&] { events << QStringLiteral("pressed"); });
+        connect(&delegate, &AppDelegate::hotkeyReleased, this, [&] { events << QStringLiteral("released"); });
+        platform.hotkeys->press(platform.hotkeys->registered.first().identifier);
+        platform.hotkeys->release(platform.hotkeys->registered.first().identifier);
+        QVERIFY(events.isEmpty());
+        scheduler.runPosted();
+        QCOMPARE(events, (QStringList{QStringLiteral("pressed"), QStringLiteral("released")}));
         delegate.applicationWillTerminate();
+        QVERIFY(platform.hotkeys->registered.isEmpty());
+        QVERIFY(platform.notifications->delegate == nullptr);
+    }
+
+    void aCompletedGuidePlansTheRemindersAtStart()
+    {
+        QTemporaryDir records;
+        FakePlatform platform;
+        FakeClock clock;
+        FakeScheduler scheduler(&clock);
+        Preferences preferences(*platform.services.preferences);
+        preferences.setBool(PreferenceKey::onboardingComplete, true);
+        {
+            // A deck left by an earlier run.
+            FakeScheduler earlier(&clock);
+            UsageEventStore usage(clock, records.path());
+            ReviewDeckStore deck(clock, earlier, preferences, usage, nullptr, records.path());
+            deck.addCard(QStringLiteral("Haus"), QStringLiteral("house"), true, QStringLiteral("de"),
+                         DetectedDirection::targetToEnglish);
+        }
+        AppDelegate delegate(platform.services, preferences, clock, scheduler, records.path());
+        delegate.applicationDidFinishLaunching();
+        QVERIFY(platform.notifications->pending.isEmpty());
+        scheduler.runPosted();
+        QCOMPARE(platform.notifications->pending.size(), 60);
+        QCOMPARE(platform.notifications->pending.first().title, QStringLiteral("Haus"));
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include "core/records/JsonRecordFile.h"
 #include "core/records/ReviewCard.h"
+#include "core/review/ReminderDeck.h"
 
 #include <QList>
 #include <QObject>
@@ -21,7 +22,7 @@ class UsageEventStore;
 // The flashcard deck: every looked-up word (and saved passage) as one card, mirrored to
 // review_deck.json. Changes that alter which cards are due for reminders ask the planner to plan
 // again.
-class ReviewDeckStore final : public QObject
+class ReviewDeckStore final : public QObject, public ReminderDeck
 {
     Q_OBJECT
 public:
@@ -40,9 +41,9 @@ public:
     void addCard(const QString& sourceText, const QString& translation, bool wordOnly,
                  const std::optional<QString>& targetLanguage, DetectedDirection direction);
     // An answer from the review window or a reminder. Unknown cards are ignored.
-    void setStatus(const QUuid& cardId, CardStatus status);
+    void setStatus(const QUuid& cardId, CardStatus status) override;
     // The card was just shown in a reminder; it is due again intervalSeconds from now.
-    void markShown(const QUuid& cardId, double intervalSeconds);
+    void markShown(const QUuid& cardId, double intervalSeconds) override;
     void removeCard(const QUuid& cardId);
     // Cards still to be learned, in deck order.
     QList<ReviewCard> activeCards() const;

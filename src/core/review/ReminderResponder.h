@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/records/ReviewCard.h"
+#include "core/review/ReminderDeck.h"
 #include "core/support/Scheduler.h"
 #include "platform/NotificationCenter.h"
 
@@ -15,16 +15,6 @@ namespace tolvane {
 
 class Preferences;
 class ReminderPlanner;
-
-// What a reminder answer changes in the deck.
-class ReminderDeck
-{
-public:
-    virtual ~ReminderDeck() = default;
-    virtual void setStatus(const QUuid& cardId, CardStatus status) = 0;
-    // The card was just shown in a reminder; it is next due intervalSeconds from now.
-    virtual void markShown(const QUuid& cardId, double intervalSeconds) = 0;
-};
 
 // Carries the user's answers to flashcard reminders into the deck and plans the reminders again.
 class ReminderResponder final : public NotificationCenterDelegate
