@@ -109,8 +109,8 @@ qsizetype GraphemeText::indexAtCodePoint(qsizetype codePoint) const
         return 0;
     qsizetype offset = 0;
     for (qsizetype seen = 0; seen < codePoint && offset < m_text.size(); ++seen) {
-        const bool pair = offset + 1 < m_text.size() && m_text.at(offset).isHighSurrogate() &&
-                          m_text.at(offset + 1).isLowSurrogate();
+        const bool pair =
+            offset + 1 < m_text.size() && m_text.at(offset).isHighSurrogate() && m_text.at(offset + 1).isLowSurrogate();
         offset += pair ? 2 : 1;
     }
     return indexAtUtf16(offset);

@@ -58,13 +58,11 @@ private Q_SLOTS:
             << QStringLiteral("a\nb") << qsizetype(2) << word(QStringLiteral("b"), QStringLiteral("b"));
         QTest::newRow("line break stops the walk forward")
             << QStringLiteral("one\ntwo") << qsizetype(1) << word(QStringLiteral("one"), QStringLiteral("one"));
-        QTest::newRow("second sentence")
-            << QStringLiteral("Hello, world! The quick brown fox jumps.") << qsizetype(19)
-            << word(QStringLiteral("quick"), QStringLiteral("The quick brown fox jumps."));
+        QTest::newRow("second sentence") << QStringLiteral("Hello, world! The quick brown fox jumps.") << qsizetype(19)
+                                         << word(QStringLiteral("quick"), QStringLiteral("The quick brown fox jumps."));
         // Locations count user-perceived characters: the flag is one, though four code units.
-        QTest::newRow("after a flag")
-            << QStringLiteral("🇫🇷 café crème") << qsizetype(3)
-            << word(QStringLiteral("café"), QStringLiteral("🇫🇷 café crème"));
+        QTest::newRow("after a flag") << QStringLiteral("🇫🇷 café crème") << qsizetype(3)
+                                      << word(QStringLiteral("café"), QStringLiteral("🇫🇷 café crème"));
         QTest::newRow("combining accent is part of its letter")
             << QStringLiteral("cafe\u0301 noir") << qsizetype(6)
             << word(QStringLiteral("noir"), QStringLiteral("cafe\u0301 noir"));
