@@ -6,6 +6,8 @@
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
 #include "platform/linux/capture/AtspiAccessibilityService.h"
+#include "platform/linux/capture/HunspellSpellChecker.h"
+#include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -22,6 +24,8 @@ PlatformServices createPlatformServices()
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
     services.accessibility = std::make_unique<AtspiAccessibilityService>();
+    services.textRecognizer = std::make_unique<TesseractScreenTextRecognizer>();
+    services.spellChecker = std::make_unique<HunspellSpellChecker>();
     return services;
 }
 
