@@ -197,6 +197,7 @@ public:
     bool granted = true;
     int accessRequests = 0;
     int settingsOpened = 0;
+    QString settingsError; // non-empty: opening the settings fails with it
     QList<QPair<QRectF, QStringList>> requests;
     QList<Completion> completions; // held until the test answers
     bool isCaptureGranted() const override { return granted; }
@@ -208,6 +209,8 @@ public:
     Result<void> openCaptureSettings() override
     {
         ++settingsOpened;
+        if (!settingsError.isEmpty())
+            return Error{settingsError};
         return {};
     }
     void recognizeStrip(QRectF strip, QStringList languages, Completion completion) override
