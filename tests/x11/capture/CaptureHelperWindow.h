@@ -10,7 +10,6 @@
 #include <QProcess>
 #include <QScreen>
 #include <QStandardPaths>
-#include <QTest>
 
 #include <csignal>
 

@@ -61,6 +61,8 @@ struct TesseractScreenTextRecognizer::Engine
             return true;
         api.reset(new tesseract::TessBaseAPI);
         if (api->Init(nullptr, wanted.toUtf8().constData(), tesseract::OEM_LSTM_ONLY) == 0) {
+            // Tesseract prints a line for every strip whose resolution it has to guess.
+            api->SetVariable("debug_file", "/dev/null");
             languages = wanted;
             return true;
         }
