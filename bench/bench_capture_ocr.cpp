@@ -5,6 +5,7 @@
 //     OMP_THREAD_LIMIT=1 scripts/virtual-desktop -- build/dev/bench/bench_capture_ocr
 #include "core/capture/OcrFallback.h"
 #include "platform/linux/ScreenCoordinates.h"
+#include "platform/linux/capture/HunspellSpellChecker.h"
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 
 #include <QApplication>
@@ -145,6 +146,31 @@ void benchScreenStrip(TesseractScreenTextRecognizer& recognizer)
                 percentile(captures, 0.5), percentile(wholes, 0.5), percentile(wholes, 0.9), qPrintable(lastWord));
 }
 
+void benchSpelling()
+{
+    HunspellSpellChecker spelling;
+    if (!spelling.isLoaded())
+        return;
+    const QStringList misread{QStringLiteral("wlndow"),  QStringLiteral("settlngs"), QStringLiteral("dovnload"),
+                              QStringLiteral("hist0ry"), QStringLiteral("rnessage"), QStringLiteral("acc0unt"),
+                              QStringLiteral("privacv"), QStringLiteral("seareh"),   QStringLiteral("gardem"),
+                              QStringLiteral("weathor")};
+    QList<double> checks;
+    QList<double> suggestions;
+    for (const QString& word : misread) {
+        QElapsedTimer timer;
+        timer.start();
+        const bool correct = spelling.isCorrect(word);
+        checks.append(double(timer.nsecsElapsed()) / 1e6);
+        timer.restart();
+        if (!correct)
+            spelling.suggestions(word);
+        suggestions.append(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::printf("spelling: check p50 %.3f ms; suggestions p50 %.1f ms, max %.1f ms (off the main thread)\n",
+                percentile(checks, 0.5), percentile(suggestions, 0.5), percentile(suggestions, 1.0));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -161,5 +187,6 @@ int main(int argc, char** argv)
     std::printf("first recognition (loads the engine): %.1f ms\n", double(timer.nsecsElapsed()) / 1e6);
     benchAccuracy(recognizer);
     benchScreenStrip(recognizer);
+    benchSpelling();
     return 0;
 }

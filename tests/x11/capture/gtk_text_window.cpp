@@ -49,6 +49,17 @@ gboolean report(gpointer)
     // Far right of the first line's last character: empty space, no character there.
     printViewPoint("view-after-line", int(text.size()) - 1, 200);
     printViewPoint("view-second-line", int(text.size()) + 3, 0);
+    // Characters beyond the Basic Multilingual Plane: AT-SPI counts code points.
+    const gchar* content = nullptr;
+    {
+        GtkTextIter start, end;
+        GtkTextBuffer* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(view));
+        gtk_text_buffer_get_bounds(buffer, &start, &end);
+        content = gtk_text_buffer_get_text(buffer, &start, &end, FALSE);
+    }
+    const char* naive = std::strstr(content, "naïve");
+    printViewPoint("view-naive", int(g_utf8_pointer_to_offset(content, naive)), 0);
+    g_free(const_cast<gchar*>(content));
     std::printf("ready\n");
     std::fflush(stdout);
     return G_SOURCE_REMOVE;
@@ -77,7 +88,8 @@ int main(int argc, char** argv)
     view = gtk_text_view_new();
     gtk_widget_set_vexpand(view, TRUE);
     GtkTextBuffer* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(view));
-    const std::string content = std::string(sentence) + "\nA second line of text.";
+    const std::string content =
+        std::string(sentence) + "\nA second line of text.\nThumbs 👍🏽 up for naïve words.";
     gtk_text_buffer_set_text(buffer, content.c_str(), -1);
     gtk_box_pack_start(GTK_BOX(box), label, FALSE, FALSE, 0);
     gtk_box_pack_start(GTK_BOX(box), view, TRUE, TRUE, 0);

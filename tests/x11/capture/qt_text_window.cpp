@@ -82,7 +82,7 @@ int main(int argc, char** argv)
         layout->addWidget(canvas);
     } else {
         edit = new QTextEdit;
-        edit->setPlainText(sentence + QStringLiteral("\nA second line of text."));
+        edit->setPlainText(sentence + QStringLiteral("\nA second line of text.\nThumbs 👍🏽 up for naïve words."));
         button = new QPushButton(QStringLiteral("Open file"));
         layout->addWidget(edit);
         layout->addWidget(button);
@@ -105,7 +105,7 @@ int main(int argc, char** argv)
         } else {
             auto charCentre = [&](const QString& word, int extra) {
                 QTextCursor cursor(edit->document());
-                cursor.setPosition(int(sentence.indexOf(word)) + extra);
+                cursor.setPosition(int(edit->toPlainText().indexOf(word)) + extra);
                 const QRect before = edit->cursorRect(cursor);
                 cursor.movePosition(QTextCursor::NextCharacter);
                 const QRect after = edit->cursorRect(cursor);
@@ -113,6 +113,7 @@ int main(int argc, char** argv)
             };
             print("edit-quick", charCentre(QStringLiteral("quick"), 2), edit);
             print("edit-world", charCentre(QStringLiteral("world"), 1), edit);
+            print("edit-naive", charCentre(QStringLiteral("naïve"), 4), edit);
             print("button", button->mapToGlobal(button->rect().center()), button);
         }
         std::printf("ready\n");

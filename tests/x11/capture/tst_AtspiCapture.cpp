@@ -90,6 +90,8 @@ private Q_SLOTS:
                    QStringLiteral("The quick brown fox jumps."));
         expectWord(gtk.point(QStringLiteral("view-second-line")), QStringLiteral("second"),
                    QStringLiteral("A second line of text."));
+        expectWord(gtk.point(QStringLiteral("view-naive")), QStringLiteral("naïve"),
+                   QStringLiteral("Thumbs 👍🏽 up for naïve words."));
         // The toolkit snaps to the nearest character; empty space past the line's end is no word.
         QCOMPARE(describe(inspectAt(*m_service, gtk.point(QStringLiteral("view-after-line")))),
                  describe(WordAtPositionResult::makeNoText()));
@@ -117,6 +119,8 @@ private Q_SLOTS:
         expectWord(qt.point(QStringLiteral("edit-quick")), QStringLiteral("quick"),
                    QStringLiteral("The quick brown fox jumps."));
         expectWord(qt.point(QStringLiteral("edit-world")), QStringLiteral("world"), QStringLiteral("Hello, world!"));
+        expectWord(qt.point(QStringLiteral("edit-naive")), QStringLiteral("naïve"),
+                   QStringLiteral("Thumbs 👍🏽 up for naïve words."));
         // A button has a name but no text to place the pointer in.
         QCOMPARE(describe(inspectAt(*m_service, qt.point(QStringLiteral("button")))),
                  describe(WordAtPositionResult::makeRangeUnsupported(QStringLiteral("Open file"))));
