@@ -9,7 +9,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -66,6 +68,8 @@ QString fromUtf8(const gchar* text)
     return text ? QString::fromUtf8(text) : QString();
 }
 
+} // namespace
+
 // Processes that recently let a call run into the timeout. Asking them again would block again.
 class UnresponsiveApplications
 {
@@ -90,6 +94,8 @@ public:
 private:
     QHash<qint64, QDeadlineTimer> m_until;
 };
+
+namespace {
 
 // The calls made to one application for one question. The first call that runs into the timeout
 // ends the conversation, so a frozen application costs one timeout, not one per call.
@@ -439,13 +445,6 @@ GObjectPtr<AtspiAccessible> focusedWithin(Conversation& c, AtspiAccessible* wind
     return nullptr;
 }
 
-std::shared_ptr<UnresponsiveApplications> sharedUnresponsive()
-{
-    // One memory for every service instance: a frozen process is frozen for all of them.
-    static const auto unresponsive = std::make_shared<UnresponsiveApplications>();
-    return unresponsive;
-}
-
 QDBusMessage busStatusCall(const QString& method)
 {
     return QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
@@ -455,6 +454,7 @@ QDBusMessage busStatusCall(const QString& method)
 } // namespace
 
 AtspiAccessibilityService::AtspiAccessibilityService()
+    : m_unresponsive(std::make_shared<UnresponsiveApplications>())
 {
     // The default timeout is 25 s; a frozen application must not freeze Tolvane with it.
     atspi_set_timeout(callTimeoutMs, 0);
@@ -473,12 +473,12 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtPoint(QPointF screenPoi
     const QPoint device = toDevicePixels(screenPoint);
     const std::optional<qint64> pid = x11::processIdAt(device.x(), device.y());
     // Asking ourselves would wait on our own, busy, main thread.
-    if (!pid || *pid == qint64(::getpid()) || sharedUnresponsive()->contains(*pid))
+    if (!pid || *pid == qint64(::getpid()) || m_unresponsive->contains(*pid))
         return nullptr;
     GObjectPtr<AtspiAccessible> application = applicationOf(*pid);
     if (!application)
         return nullptr;
-    auto conversation = std::make_shared<Conversation>(*pid, sharedUnresponsive());
+    auto conversation = std::make_shared<Conversation>(*pid, m_unresponsive);
     conversation->setCountsInUtf16(isQtApplication(*conversation, application.get()));
     GObjectPtr<AtspiAccessible> window = windowAt(*conversation, application.get(), device);
 
@@ -495,12 +495,12 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
     if (!m_connected)
         return nullptr;
     const std::optional<qint64> pid = x11::activeWindowProcessId();
-    if (!pid || *pid == qint64(::getpid()) || sharedUnresponsive()->contains(*pid))
+    if (!pid || *pid == qint64(::getpid()) || m_unresponsive->contains(*pid))
         return nullptr;
     GObjectPtr<AtspiAccessible> application = applicationOf(*pid);
     if (!application)
         return nullptr;
-    auto conversation = std::make_shared<Conversation>(*pid, sharedUnresponsive());
+    auto conversation = std::make_shared<Conversation>(*pid, m_unresponsive);
     Conversation& c = *conversation;
     c.setCountsInUtf16(isQtApplication(c, application.get()));
     GObjectPtr<AtspiAccessible> active;

@@ -3,10 +3,11 @@
 
 #include "platform/AccessibilityService.h"
 
-#include <QDeadlineTimer>
-#include <QHash>
+#include <memory>
 
 namespace tolvane {
+
+class UnresponsiveApplications;
 
 // The accessibility bus (AT-SPI 2). The desktop object cannot tell what lies under a point, so
 // the X server names the top-level window's process and the walk starts from that application.
@@ -29,6 +30,7 @@ public:
 
 private:
     bool m_connected = false;
+    std::shared_ptr<UnresponsiveApplications> m_unresponsive;
 };
 
 } // namespace tolvane
