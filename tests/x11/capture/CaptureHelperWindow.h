@@ -25,8 +25,11 @@ public:
     CaptureHelperWindow& operator=(const CaptureHelperWindow&) = delete;
     ~CaptureHelperWindow() { stop(); }
 
-    bool start(const QString& program, const QStringList& arguments)
+    bool start(const QString& program, const QStringList& arguments, const QProcessEnvironment& extra = {})
     {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(extra);
+        m_process.setProcessEnvironment(environment);
         m_process.setProgram(program);
         m_process.setArguments(arguments);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);

@@ -71,8 +71,14 @@ int main(int argc, char** argv)
 
     QWidget window;
     window.setWindowTitle(QStringLiteral("Capture Qt"));
-    window.resize(640, 320);
-    window.move(60, 420);
+    // "small": a window that still fits the screen when the application scales itself up.
+    if (args.contains(QStringLiteral("small"))) {
+        window.resize(560, 200);
+        window.move(30, 30);
+    } else {
+        window.resize(640, 320);
+        window.move(60, 420);
+    }
     auto* layout = new QVBoxLayout(&window);
     QTextEdit* edit = nullptr;
     QPushButton* button = nullptr;

@@ -126,6 +126,19 @@ private Q_SLOTS:
                  describe(WordAtPositionResult::makeRangeUnsupported(QStringLiteral("Open file"))));
     }
 
+    // A Qt application drawn at twice the screen's scale answers in its own, larger, pixels.
+    void qtTextEditScaledByItself()
+    {
+        CaptureHelperWindow qt;
+        QProcessEnvironment scaled;
+        scaled.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+        QVERIFY(qt.start(QStringLiteral(QT_TEXT_WINDOW), {QStringLiteral("edit"), QStringLiteral("small")}, scaled));
+        expectWord(qt.point(QStringLiteral("edit-quick")), QStringLiteral("quick"),
+                   QStringLiteral("The quick brown fox jumps."));
+        expectWord(qt.point(QStringLiteral("edit-naive")), QStringLiteral("naïve"),
+                   QStringLiteral("Thumbs 👍🏽 up for naïve words."));
+    }
+
     void qtSelection()
     {
         CaptureHelperWindow qt;

@@ -5,6 +5,7 @@
 #include "core/support/Logging.h"
 #include "platform/linux/ScreenCoordinates.h"
 #include "platform/linux/X11Window.h"
+#include "platform/linux/capture/X11ClientWindow.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -19,6 +20,8 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <deque>
 
 TOLVANE_DEFINE_LOG(lcAccessibility, "AccessibilityService")
@@ -111,6 +114,12 @@ public:
     qint64 pid() const { return m_pid; }
     bool countsInUtf16() const { return m_utf16; }
     void setCountsInUtf16(bool utf16) { m_utf16 = utf16; }
+    // Applications that scale themselves answer in their own pixels, not the screen's.
+    void setScale(double scale) { m_scale = scale; }
+    QPoint toApplication(QPoint device) const
+    {
+        return QPoint(qRound(device.x() / m_scale), qRound(device.y() / m_scale));
+    }
 
     // Runs call(GError**) unless the conversation is over; errors come back as a false ok.
     template <typename Call> auto ask(Call&& call, bool* ok = nullptr)
@@ -141,6 +150,7 @@ private:
     std::shared_ptr<UnresponsiveApplications> m_unresponsive;
     bool m_broken = false;
     bool m_utf16 = false;
+    double m_scale = 1.0;
 };
 
 QPoint toDevicePixels(QPointF point)
@@ -196,11 +206,11 @@ public:
         AtspiText* text = textIface();
         if (!text)
             return Error{QStringLiteral("The element has no text to place the point in.")};
-        const QPoint device = toDevicePixels(screenPoint);
+        const QPoint point = c.toApplication(toDevicePixels(screenPoint));
         bool ok = false;
         const gint offset = c.ask(
             [&](GError** e) {
-                return atspi_text_get_offset_at_point(text, device.x(), device.y(), ATSPI_COORD_TYPE_SCREEN, e);
+                return atspi_text_get_offset_at_point(text, point.x(), point.y(), ATSPI_COORD_TYPE_SCREEN, e);
             },
             &ok);
         if (!ok)
@@ -214,7 +224,7 @@ public:
             &ok));
         if (ok && box && box->width > 0 && box->height > 0) {
             const QRect character(box->x - 1, box->y - 1, box->width + 2, box->height + 2);
-            if (!character.contains(device))
+            if (!character.contains(point))
                 return std::optional<TextRange>();
         }
         const std::optional<QString> whole = wholeText();
@@ -329,10 +339,17 @@ bool isQtApplication(Conversation& c, AtspiAccessible* application)
     return toolkit && QByteArray(toolkit.get()).startsWith("Qt");
 }
 
-// The application's top-level window holding the point, the active one first.
-GObjectPtr<AtspiAccessible> windowAt(Conversation& c, AtspiAccessible* application, QPoint device)
+struct WindowAtPoint
 {
-    GObjectPtr<AtspiAccessible> found;
+    GObjectPtr<AtspiAccessible> window;
+    double scale = 1.0;
+};
+
+// The application's top-level window holding the point, the active one first, and how many
+// screen pixels make one of the application's own. client: the X11 window there, when known.
+WindowAtPoint windowAt(Conversation& c, AtspiAccessible* application, QPoint device, std::optional<QRect> client)
+{
+    WindowAtPoint found;
     const int count = childCount(c, application);
     for (int i = 0; i < count && !c.broken(); ++i) {
         GObjectPtr<AtspiAccessible> window = childAt(c, application, i);
@@ -342,17 +359,27 @@ GObjectPtr<AtspiAccessible> windowAt(Conversation& c, AtspiAccessible* applicati
         if (!component)
             continue;
         bool ok = false;
-        const gboolean inside = c.ask(
-            [&](GError** e) {
-                return atspi_component_contains(component.get(), device.x(), device.y(), ATSPI_COORD_TYPE_SCREEN, e);
-            },
-            &ok);
-        if (!ok || !inside)
+        GFreePtr<AtspiRect> extents(c.ask(
+            [&](GError** e) { return atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, e); }, &ok));
+        if (!ok || !extents || extents->width <= 0 || extents->height <= 0)
+            continue;
+        const QRect reported(extents->x, extents->y, extents->width, extents->height);
+        double scale = 1.0;
+        if (client) {
+            // Quarter steps: a window manager's frame makes the sizes differ by a few pixels.
+            scale = std::clamp(std::round(4.0 * client->width() / reported.width()) / 4.0, 1.0, 4.0);
+            const QRect onScreen(QPoint(qRound(reported.x() * scale), qRound(reported.y() * scale)),
+                                 reported.size() * scale);
+            if (!onScreen.intersects(*client))
+                continue;
+        }
+        const QPoint point(qRound(device.x() / scale), qRound(device.y() / scale));
+        if (!reported.contains(point))
             continue;
         if (hasState(c, window.get(), ATSPI_STATE_ACTIVE))
-            return window;
-        if (!found)
-            found = std::move(window);
+            return {std::move(window), scale};
+        if (!found.window)
+            found = {std::move(window), scale};
     }
     return found;
 }
@@ -480,11 +507,13 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtPoint(QPointF screenPoi
         return nullptr;
     auto conversation = std::make_shared<Conversation>(*pid, m_unresponsive);
     conversation->setCountsInUtf16(isQtApplication(*conversation, application.get()));
-    GObjectPtr<AtspiAccessible> window = windowAt(*conversation, application.get(), device);
-
-    if (!window || conversation->broken())
+    WindowAtPoint window =
+        windowAt(*conversation, application.get(), device, x11::clientWindowRectAt(device.x(), device.y()));
+    if (!window.window || conversation->broken())
         return nullptr;
-    GObjectPtr<AtspiAccessible> element = deepestAt(*conversation, std::move(window), device);
+    conversation->setScale(window.scale);
+    GObjectPtr<AtspiAccessible> element =
+        deepestAt(*conversation, std::move(window.window), conversation->toApplication(device));
     if (!element || conversation->broken())
         return nullptr;
     return std::make_shared<AtspiElement>(std::move(element), std::move(conversation));
