@@ -83,6 +83,27 @@ private Q_SLOTS:
             box.left() >= 195 && box.left() <= 205 && box.bottom() > 36 && box.top() < 36,
             qPrintable(QStringLiteral("%1 %2 %3 %4").arg(box.x()).arg(box.y()).arg(box.width()).arg(box.height())));
 
+        // At scale 2 the strip is 1200 × 144 device pixels; boxes still come back in points.
+        QImage doubled(1200, 144, QImage::Format_RGB32);
+        doubled.fill(Qt::white);
+        {
+            QPainter painter(&doubled);
+            QFont font = QApplication::font();
+            font.setPixelSize(26);
+            painter.setFont(font);
+            painter.drawText(QPoint(400, 82), QStringLiteral("Sharper text reads well"));
+        }
+        const auto sharp = recognizer.recognizeImage(doubled, strip, 2.0, {QStringLiteral("en-US")});
+        QVERIFY(sharp && sharp.value().lines.size() == 1);
+        QCOMPARE(sharp.value().lines[0].text, QStringLiteral("Sharper text reads well"));
+        const QRectF sharpBox = sharp.value().lines[0].words[0].box;
+        QVERIFY2(sharpBox.left() >= 195 && sharpBox.left() <= 205 && sharpBox.bottom() > 36 && sharpBox.top() < 36,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4")
+                                .arg(sharpBox.x())
+                                .arg(sharpBox.y())
+                                .arg(sharpBox.width())
+                                .arg(sharpBox.height())));
+
         QImage blank(600, 72, QImage::Format_RGB32);
         blank.fill(Qt::white);
         const auto nothing = recognizer.recognizeImage(blank, strip, 1.0, {QStringLiteral("en-US")});
