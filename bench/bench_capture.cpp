@@ -5,7 +5,7 @@
 //     scripts/virtual-desktop -- build/dev/bench/bench_capture
 #include "core/capture/AXHoverInspector.h"
 #include "platform/linux/capture/AtspiAccessibilityService.h"
-#include "x11/capture/CaptureHelperWindow.h"
+#include "x11/capture/CaptureTestWindow.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -63,7 +63,7 @@ bool waitForWord(AccessibilityService& service, QPointF point, const QString& wo
 void benchWordQueries(AccessibilityService& service, const char* toolkit, const QString& program,
                       const QStringList& arguments, const QString& pointName)
 {
-    CaptureHelperWindow window;
+    CaptureTestWindow window;
     if (!window.start(program, arguments)) {
         std::printf("%s: the test window did not start\n", toolkit);
         return;
@@ -88,7 +88,7 @@ void benchWordQueries(AccessibilityService& service, const char* toolkit, const 
 
 void benchSelection(AccessibilityService& service, const char* toolkit, const QString& program, QStringList arguments)
 {
-    CaptureHelperWindow window;
+    CaptureTestWindow window;
     arguments << QStringLiteral("--select") << QStringLiteral("quick");
     if (!window.start(program, arguments))
         return;
@@ -113,7 +113,7 @@ void benchSelection(AccessibilityService& service, const char* toolkit, const QS
 
 void benchFrozen(AccessibilityService& service, const QString& program)
 {
-    CaptureHelperWindow window;
+    CaptureTestWindow window;
     if (!window.start(program, {}))
         return;
     const QPointF point = movePointerTo(window.point(QStringLiteral("view-quick")));

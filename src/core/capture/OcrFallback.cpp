@@ -66,7 +66,7 @@ QStringList OcrFallback::recognitionLanguages(const QString& targetCode)
         {QStringLiteral("pt"), QStringLiteral("pt-BR")}, {QStringLiteral("ru"), QStringLiteral("ru-RU")},
     };
     const QString main = QStringLiteral("en-US");
-    // Recognising these scripts beside English gains nothing the learner looks up by pointing.
+    // No recognition data is loaded for these targets: their strips are read as English.
     if (targetCode == QLatin1String("zh-Hans") || targetCode == QLatin1String("ja") ||
         targetCode == QLatin1String("ko"))
         return {main};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The word under the pointer and the selection, read from real GTK 3 and Qt 6 windows over the
 // accessibility bus.
-#include "CaptureHelperWindow.h"
+#include "CaptureTestWindow.h"
 #include "core/capture/AXHoverInspector.h"
 #include "platform/linux/capture/AtspiAccessibilityService.h"
 
@@ -48,7 +48,7 @@ class TestAtspiCapture : public QObject
 private:
     std::unique_ptr<AtspiAccessibilityService> m_service;
 
-    void startOrSkip(CaptureHelperWindow& window, const QString& program, const QStringList& arguments)
+    void startOrSkip(CaptureTestWindow& window, const QString& program, const QStringList& arguments)
     {
         if (program.isEmpty())
             QSKIP("The test window program was not built");
@@ -77,7 +77,7 @@ private Q_SLOTS:
 
     void gtkLabelAndTextView()
     {
-        CaptureHelperWindow gtk;
+        CaptureTestWindow gtk;
 #ifdef GTK_TEXT_WINDOW
         startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {});
 #else
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void gtkSelection()
     {
-        CaptureHelperWindow gtk;
+        CaptureTestWindow gtk;
 #ifdef GTK_TEXT_WINDOW
         startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {QStringLiteral("--select"), QStringLiteral("brown fox")});
 #else
@@ -114,7 +114,7 @@ private Q_SLOTS:
 
     void qtTextEditAndButton()
     {
-        CaptureHelperWindow qt;
+        CaptureTestWindow qt;
         startOrSkip(qt, QStringLiteral(QT_TEXT_WINDOW), {QStringLiteral("edit")});
         expectWord(qt.point(QStringLiteral("edit-quick")), QStringLiteral("quick"),
                    QStringLiteral("The quick brown fox jumps."));
@@ -129,7 +129,7 @@ private Q_SLOTS:
     // A Qt application drawn at twice the screen's scale answers in its own, larger, pixels.
     void qtTextEditScaledByItself()
     {
-        CaptureHelperWindow qt;
+        CaptureTestWindow qt;
         QProcessEnvironment scaled;
         scaled.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
         QVERIFY(qt.start(QStringLiteral(QT_TEXT_WINDOW), {QStringLiteral("edit"), QStringLiteral("small")}, scaled));
@@ -141,7 +141,7 @@ private Q_SLOTS:
 
     void qtSelection()
     {
-        CaptureHelperWindow qt;
+        CaptureTestWindow qt;
         startOrSkip(qt, QStringLiteral(QT_TEXT_WINDOW),
                     {QStringLiteral("edit"), QStringLiteral("--select"), QStringLiteral("quick")});
         auto selection = [&] {
@@ -153,7 +153,7 @@ private Q_SLOTS:
 
     void drawnTextHasNoAccessibleText()
     {
-        CaptureHelperWindow drawn;
+        CaptureTestWindow drawn;
         startOrSkip(drawn, QStringLiteral(QT_TEXT_WINDOW), {QStringLiteral("drawn")});
         QTest::qWait(500);
         QCOMPARE(describe(inspectAt(*m_service, drawn.point(QStringLiteral("drawn-quick")))),
@@ -162,7 +162,7 @@ private Q_SLOTS:
 
     void frozenApplicationDoesNotHoldUsUp()
     {
-        CaptureHelperWindow gtk;
+        CaptureTestWindow gtk;
 #ifdef GTK_TEXT_WINDOW
         startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {});
 #else

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The OCR fallback on a real screen: a window whose text is only drawn, with nothing for the
 // accessibility bus to read.
-#include "CaptureHelperWindow.h"
+#include "CaptureTestWindow.h"
 #include "core/capture/OcrFallback.h"
 #include "core/support/QtScheduler.h"
 #include "fakes/FakePlatform.h"
@@ -29,7 +29,7 @@ private Q_SLOTS:
 
     void readsTheWordUnderThePointer()
     {
-        CaptureHelperWindow drawn;
+        CaptureTestWindow drawn;
         QVERIFY(drawn.start(QStringLiteral(QT_TEXT_WINDOW), {QStringLiteral("drawn")}));
         QTest::qWait(300);
 

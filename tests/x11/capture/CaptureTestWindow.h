@@ -17,13 +17,13 @@ namespace tolvane::testing {
 
 // One of the test applications, started for a test and stopped with it. It reports where its
 // characters are on the screen in root-window pixels.
-class CaptureHelperWindow
+class CaptureTestWindow
 {
 public:
-    CaptureHelperWindow() = default;
-    CaptureHelperWindow(const CaptureHelperWindow&) = delete;
-    CaptureHelperWindow& operator=(const CaptureHelperWindow&) = delete;
-    ~CaptureHelperWindow() { stop(); }
+    CaptureTestWindow() = default;
+    CaptureTestWindow(const CaptureTestWindow&) = delete;
+    CaptureTestWindow& operator=(const CaptureTestWindow&) = delete;
+    ~CaptureTestWindow() { stop(); }
 
     bool start(const QString& program, const QStringList& arguments, const QProcessEnvironment& extra = {})
     {
