@@ -65,6 +65,8 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
+        // Asking for access writes the desktop's accessibility setting: keep it in memory here.
+        qputenv("GSETTINGS_BACKEND", "memory");
         if (qEnvironmentVariableIsEmpty("TOLVANE_VIRTUAL_DESKTOP"))
             QSKIP("Needs the private virtual desktop (scripts/virtual-desktop)");
         if (!haveXdotool())
@@ -73,6 +75,16 @@ private Q_SLOTS:
         if (!m_service->isConnected())
             QSKIP("The accessibility bus is not running: install at-spi2-core");
         QVERIFY(m_service->isTrusted());
+    }
+
+    void trustIsTheAccessibilityBus()
+    {
+        // The private desktop switched the bus on; asking again keeps it on and touches nothing else.
+        QVERIFY(m_service->requestTrust());
+        QVERIFY(m_service->isTrusted());
+        const Result<void> settings = m_service->openSystemSettings();
+        if (!settings)
+            QVERIFY(settings.error().message.contains(QStringLiteral("toolkit-accessibility")));
     }
 
     void gtkLabelAndTextView()

@@ -567,13 +567,12 @@ bool AtspiAccessibilityService::requestTrust()
 
     // The desktop setting, so the next session starts with it on too.
     if (GSettingsSchemaSource* source = g_settings_schema_source_get_default()) {
-        if (GSettingsSchema* schema = g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", TRUE)) {
-            if (g_settings_schema_has_key(schema, "toolkit-accessibility")) {
-                GObjectPtr<GSettings> settings(g_settings_new_full(schema, nullptr, nullptr));
-                g_settings_set_boolean(settings.get(), "toolkit-accessibility", TRUE);
-                g_settings_sync();
-            }
-            g_settings_schema_unref(schema);
+        const std::unique_ptr<GSettingsSchema, decltype(&g_settings_schema_unref)> schema(
+            g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", TRUE), &g_settings_schema_unref);
+        if (schema && g_settings_schema_has_key(schema.get(), "toolkit-accessibility")) {
+            GObjectPtr<GSettings> settings(g_settings_new_full(schema.get(), nullptr, nullptr));
+            g_settings_set_boolean(settings.get(), "toolkit-accessibility", TRUE);
+            g_settings_sync();
         }
     }
     const bool trusted = isTrusted();
