@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/Result.h"
+
 #include <QPointF>
 #include <QString>
 
@@ -25,9 +27,10 @@ public:
     // "AXValue" (the whole text), "AXTitle" (the name), "AXDescription"; nothing when the element
     // has no such attribute or the application does not answer in time.
     virtual std::optional<QString> attribute(const QString& name) const = 0;
-    // The character under a screen point (bottom-left-origin points); nothing when the element
-    // cannot place it.
-    virtual std::optional<TextRange> rangeForPosition(QPointF screenPoint) const = 0;
+    // The character under a screen point (bottom-left-origin points). An error when the element
+    // cannot map points to its text at all (it has no text interface, or does not answer); an
+    // empty answer when it can but no character lies under the point.
+    virtual Result<std::optional<TextRange>> rangeForPosition(QPointF screenPoint) const = 0;
     // The selected text of a text element; nothing or empty when none is selected.
     virtual std::optional<QString> selectedText() const = 0;
 };
@@ -47,6 +50,8 @@ public:
     virtual bool isTrusted() const = 0;
     // Asks for access (on Linux: switch the accessibility bus on). Returns the new state.
     virtual bool requestTrust() = 0;
+    // Opens the desktop's accessibility settings; the error says what to do where there are none.
+    virtual Result<void> openSystemSettings() = 0;
 };
 
 } // namespace tolvane

@@ -15,17 +15,24 @@ namespace tolvane {
 struct RecognizedWord
 {
     QString text;
-    QRectF box;        // bottom-left-origin points, relative to the captured strip
-    int lineIndex = 0; // words with the same index stand on one line
+    QRectF box; // bottom-left-origin points relative to the strip; empty when the engine gave none
+};
+
+// One recognised line: its text as read, its box, and its words in reading order.
+struct RecognizedLine
+{
+    QString text;
+    QRectF box; // bottom-left-origin points relative to the strip
+    QList<RecognizedWord> words;
 };
 
 struct RecognizedText
 {
-    QList<RecognizedWord> words;
-    QRectF strip; // the captured strip in screen points
+    QList<RecognizedLine> lines; // in the engine's order
+    QRectF strip;                // the captured strip in screen points
 };
 
-// Captures a strip of the screen and recognises the words in it.
+// Captures a strip of the screen and recognises the text in it.
 class ScreenTextRecognizer
 {
 public:
@@ -36,7 +43,12 @@ public:
     // Whether capturing the screen is allowed.
     virtual bool isCaptureGranted() const = 0;
     virtual bool requestCaptureAccess() = 0;
-    // Runs off the main thread; completion is called exactly once, on the main thread.
+    // Opens the desktop's screen-capture settings; the error says why there is nothing to open.
+    virtual Result<void> openCaptureSettings() = 0;
+    // Call on the main thread (the capture happens there). The recognition runs on a worker and
+    // completion is called exactly once, on whichever thread finished the work (possibly before
+    // this returns, when the capture already failed). languages are locale codes ("en-US",
+    // "ru-RU"); the first is the main one.
     virtual void recognizeStrip(QRectF stripInPoints, QStringList languages, Completion completion) = 0;
 };
 

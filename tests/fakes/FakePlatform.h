@@ -19,7 +19,8 @@ class FakeAccessibleElement final : public AccessibleElement
 {
 public:
     QMap<QString, QString> attributes;
-    std::optional<TextRange> range;
+    std::optional<TextRange> range; // nothing: the element can place points, but none is on a character
+    bool rangeRejected = false;     // the element cannot place points at all
     std::optional<QString> selection;
     mutable QStringList attributeQueries;
 
@@ -30,7 +31,12 @@ public:
             return *it;
         return std::nullopt;
     }
-    std::optional<TextRange> rangeForPosition(QPointF) const override { return range; }
+    Result<std::optional<TextRange>> rangeForPosition(QPointF) const override
+    {
+        if (rangeRejected)
+            return Error{QStringLiteral("The element cannot place points in its text.")};
+        return range;
+    }
     std::optional<QString> selectedText() const override { return selection; }
 };
 
@@ -41,6 +47,9 @@ public:
     AccessibleElementPtr focused;
     bool trusted = true;
     int trustRequests = 0;
+    bool grantOnRequest = false; // a request switches access on
+    QString settingsError;       // non-empty: opening the settings fails with it
+    int settingsOpened = 0;
     QList<QPointF> pointsAsked;
 
     AccessibleElementPtr elementAtPoint(QPointF point) override
@@ -53,7 +62,16 @@ public:
     bool requestTrust() override
     {
         ++trustRequests;
+        if (grantOnRequest)
+            trusted = true;
         return trusted;
+    }
+    Result<void> openSystemSettings() override
+    {
+        ++settingsOpened;
+        if (!settingsError.isEmpty())
+            return Error{settingsError};
+        return {};
     }
 };
 
@@ -184,10 +202,24 @@ class FakeScreenTextRecognizer final : public ScreenTextRecognizer
 {
 public:
     bool granted = true;
+    int accessRequests = 0;
+    int settingsOpened = 0;
+    QString settingsError; // non-empty: opening the settings fails with it
     QList<QPair<QRectF, QStringList>> requests;
     QList<Completion> completions; // held until the test answers
     bool isCaptureGranted() const override { return granted; }
-    bool requestCaptureAccess() override { return granted; }
+    bool requestCaptureAccess() override
+    {
+        ++accessRequests;
+        return granted;
+    }
+    Result<void> openCaptureSettings() override
+    {
+        ++settingsOpened;
+        if (!settingsError.isEmpty())
+            return Error{settingsError};
+        return {};
+    }
     void recognizeStrip(QRectF strip, QStringList languages, Completion completion) override
     {
         requests.append({strip, languages});

@@ -5,6 +5,9 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
+#include "platform/linux/capture/AtspiAccessibilityService.h"
+#include "platform/linux/capture/HunspellSpellChecker.h"
+#include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 #include "platform/linux/hotkeys/QtEventMonitor.h"
 #include "platform/linux/hotkeys/XcbHotkeyService.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
@@ -27,6 +30,9 @@ PlatformServices createPlatformServices()
     services.eventMonitor = std::make_unique<QtEventMonitor>();
     if (auto hotkeys = createXcbHotkeyService())
         services.hotkeys = std::move(hotkeys);
+    services.accessibility = std::make_unique<AtspiAccessibilityService>();
+    services.textRecognizer = std::make_unique<TesseractScreenTextRecognizer>();
+    services.spellChecker = std::make_unique<HunspellSpellChecker>();
     return services;
 }
 

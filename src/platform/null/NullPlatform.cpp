@@ -9,6 +9,16 @@ namespace {
 const QString noDesktop = QStringLiteral("No desktop is available in this session.");
 }
 
+Result<void> NullAccessibilityService::openSystemSettings()
+{
+    return Error{noDesktop};
+}
+
+Result<void> NullScreenTextRecognizer::openCaptureSettings()
+{
+    return Error{noDesktop};
+}
+
 Result<void> NullGlobalHotkeyService::registerHotkey(quint32, quint32, HotkeyIdentifier)
 {
     return Error{noDesktop};

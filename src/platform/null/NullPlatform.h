@@ -16,6 +16,7 @@ public:
     AccessibleElementPtr focusedElement() override { return nullptr; }
     bool isTrusted() const override { return false; }
     bool requestTrust() override { return false; }
+    Result<void> openSystemSettings() override;
 };
 
 class NullGlobalHotkeyService final : public GlobalHotkeyService
@@ -53,6 +54,7 @@ class NullScreenTextRecognizer final : public ScreenTextRecognizer
 public:
     bool isCaptureGranted() const override { return false; }
     bool requestCaptureAccess() override { return false; }
+    Result<void> openCaptureSettings() override;
     void recognizeStrip(QRectF, QStringList, Completion completion) override;
 };
 

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/capture/AXHoverInspector.h"
+#include "fakes/FakePlatform.h"
+
+#include <QTest>
+
+using namespace tolvane;
+
+Q_DECLARE_METATYPE(WordAtPositionResult)
+
+namespace {
+
+std::shared_ptr<FakeAccessibleElement> textElement(const QString& value, std::optional<qsizetype> location)
+{
+    auto element = std::make_shared<FakeAccessibleElement>();
+    element->attributes.insert(QStringLiteral("AXValue"), value);
+    if (location)
+        element->range = TextRange{*location, 1};
+    return element;
+}
+
+WordAtPositionResult word(const QString& w, std::optional<QString> sentence)
+{
+    return WordAtPositionResult::makeWord(w, std::move(sentence));
+}
+
+} // namespace
+
+class TestAXHoverInspector : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void findsTheWordUnderThePointer_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qsizetype>("location");
+        QTest::addColumn<WordAtPositionResult>("expected");
+
+        const QString hello = QStringLiteral("Hello, world!");
+        QTest::newRow("inside a word, punctuation trimmed")
+            << hello << qsizetype(9) << word(QStringLiteral("world"), hello);
+        QTest::newRow("on the space after a word") << hello << qsizetype(6) << word(QStringLiteral("Hello"), hello);
+        QTest::newRow("location 0 in one word")
+            << QStringLiteral("Save") << qsizetype(0) << word(QStringLiteral("Save"), QStringLiteral("Save"));
+        QTest::newRow("location 0 in two words")
+            << QStringLiteral("Open file") << qsizetype(0)
+            << WordAtPositionResult::makeRangeUnsupported(QStringLiteral("Open file"));
+        QTest::newRow("location 0 with words split by a line break")
+            << QStringLiteral("Open\nfile") << qsizetype(0)
+            << WordAtPositionResult::makeRangeUnsupported(QStringLiteral("Open\nfile"));
+        QTest::newRow("location at the end") << hello << qsizetype(13) << WordAtPositionResult::makeNoText();
+        QTest::newRow("location past the end") << hello << qsizetype(40) << WordAtPositionResult::makeNoText();
+        QTest::newRow("negative location") << hello << qsizetype(-1) << WordAtPositionResult::makeNoText();
+        QTest::newRow("a lone dash") << QStringLiteral("—") << qsizetype(0) << WordAtPositionResult::makeNoText();
+        QTest::newRow("punctuation between spaces")
+            << QStringLiteral("yes - no") << qsizetype(4) << WordAtPositionResult::makeNoText();
+        QTest::newRow("line break stops the walk back")
+            << QStringLiteral("a\nb") << qsizetype(2) << word(QStringLiteral("b"), QStringLiteral("b"));
+        QTest::newRow("line break stops the walk forward")
+            << QStringLiteral("one\ntwo") << qsizetype(1) << word(QStringLiteral("one"), QStringLiteral("one"));
+        QTest::newRow("second sentence") << QStringLiteral("Hello, world! The quick brown fox jumps.") << qsizetype(19)
+                                         << word(QStringLiteral("quick"), QStringLiteral("The quick brown fox jumps."));
+        // Locations count user-perceived characters: the flag is one, though four code units.
+        QTest::newRow("after a flag") << QStringLiteral("🇫🇷 café crème") << qsizetype(3)
+                                      << word(QStringLiteral("café"), QStringLiteral("🇫🇷 café crème"));
+        QTest::newRow("combining accent is part of its letter")
+            << QStringLiteral("cafe\u0301 noir") << qsizetype(6)
+            << word(QStringLiteral("noir"), QStringLiteral("cafe\u0301 noir"));
+        QTest::newRow("no-break space separates")
+            << QStringLiteral("10\u00a0km") << qsizetype(3) << word(QStringLiteral("km"), QStringLiteral("10\u00a0km"));
+        QTest::newRow("quotes and brackets trimmed")
+            << QStringLiteral("say «(bonjour)» now") << qsizetype(7)
+            << word(QStringLiteral("bonjour"), QStringLiteral("say «(bonjour)» now"));
+        QTest::newRow("inner apostrophe kept")
+            << QStringLiteral("it's fine") << qsizetype(1) << word(QStringLiteral("it's"), QStringLiteral("it's fine"));
+    }
+    void findsTheWordUnderThePointer()
+    {
+        QFETCH(QString, text);
+        QFETCH(qsizetype, location);
+        QFETCH(WordAtPositionResult, expected);
+        const auto element = textElement(text, location);
+        const WordAtPositionResult result = AXHoverInspector::wordAtPosition(*element, {10, 10});
+        QCOMPARE(int(result.kind), int(expected.kind));
+        QCOMPARE(result.word, expected.word);
+        QCOMPARE(result.sentence, expected.sentence);
+        QCOMPARE(result.fullText, expected.fullText);
+    }
+
+    void fallsBackThroughTheTextAttributes()
+    {
+        // An empty value does not count: the title is the text the location points into.
+        auto element = textElement(QString(), 1);
+        element->attributes.insert(QStringLiteral("AXTitle"), QStringLiteral("Save"));
+        element->attributes.insert(QStringLiteral("AXDescription"), QStringLiteral("Writes the file"));
+        QCOMPARE(AXHoverInspector::wordAtPosition(*element, {}), word(QStringLiteral("Save"), QStringLiteral("Save")));
+
+        // Whitespace-only text counts as text at this step (no trimming), and has no word.
+        auto blank = textElement(QStringLiteral("   "), 1);
+        blank->attributes.insert(QStringLiteral("AXTitle"), QStringLiteral("Save"));
+        QCOMPARE(AXHoverInspector::wordAtPosition(*blank, {}), WordAtPositionResult::makeNoText());
+
+        auto none = textElement(QString(), 0);
+        QCOMPARE(AXHoverInspector::wordAtPosition(*none, {}), WordAtPositionResult::makeNoText());
+    }
+
+    void elementsThatCannotPlaceThePointer()
+    {
+        auto button = std::make_shared<FakeAccessibleElement>();
+        button->rangeRejected = true;
+        button->attributes.insert(QStringLiteral("AXValue"), QStringLiteral(" \n"));
+        button->attributes.insert(QStringLiteral("AXTitle"), QStringLiteral("  OK  "));
+        QCOMPARE(AXHoverInspector::wordAtPosition(*button, {}),
+                 WordAtPositionResult::makeRangeUnsupported(QStringLiteral("OK")));
+
+        auto bare = std::make_shared<FakeAccessibleElement>();
+        bare->rangeRejected = true;
+        QCOMPARE(AXHoverInspector::wordAtPosition(*bare, {}), WordAtPositionResult::makeNoText());
+
+        // Answering, but with no character under the point, is not the same as refusing.
+        auto past = textElement(QStringLiteral("Hello there"), std::nullopt);
+        QCOMPARE(AXHoverInspector::wordAtPosition(*past, {}), WordAtPositionResult::makeNoText());
+    }
+
+    void firstTextAttributeSkipsBlankValues()
+    {
+        FakeAccessibleElement element;
+        QCOMPARE(AXHoverInspector::firstTextAttribute(element), std::nullopt);
+        QCOMPARE(element.attributeQueries,
+                 QStringList({QStringLiteral("AXValue"), QStringLiteral("AXTitle"), QStringLiteral("AXDescription")}));
+        element.attributes.insert(QStringLiteral("AXValue"), QStringLiteral("\t\n"));
+        element.attributes.insert(QStringLiteral("AXDescription"), QStringLiteral(" Close the window "));
+        QCOMPARE(AXHoverInspector::firstTextAttribute(element), QStringLiteral("Close the window"));
+    }
+
+    void sentenceContaining()
+    {
+        const QString text = QStringLiteral("Hello, world! The quick brown fox jumps.  ");
+        QCOMPARE(AXHoverInspector::sentenceContaining(0, text), QStringLiteral("Hello, world!"));
+        QCOMPARE(AXHoverInspector::sentenceContaining(13, text), QStringLiteral("Hello, world!"));
+        QCOMPARE(AXHoverInspector::sentenceContaining(14, text), QStringLiteral("The quick brown fox jumps."));
+        QCOMPARE(AXHoverInspector::sentenceContaining(-1, text), std::nullopt);
+        QCOMPARE(AXHoverInspector::sentenceContaining(text.size(), text), std::nullopt);
+        QCOMPARE(AXHoverInspector::sentenceContaining(0, QString()), std::nullopt);
+        QCOMPARE(AXHoverInspector::sentenceContaining(1, QStringLiteral("   ")), std::nullopt);
+        // The index counts user-perceived characters, not code units.
+        const QString emoji = QStringLiteral("👍🏽 Nice. Again here.");
+        QCOMPARE(AXHoverInspector::sentenceContaining(9, emoji), QStringLiteral("Again here."));
+    }
+
+    void elementAtPointerAsksTheServiceOnce()
+    {
+        FakeAccessibilityService service;
+        service.elementUnderPointer = std::make_shared<FakeAccessibleElement>();
+        QCOMPARE(AXHoverInspector::elementAtPointer(service, {12.5, 700}), service.elementUnderPointer);
+        QCOMPARE(service.pointsAsked, QList<QPointF>({QPointF(12.5, 700)}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAXHoverInspector)
+#include "tst_AXHoverInspector.moc"
