@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/language/LanguageModel.h"
+
+#include "core/support/Logging.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+TOLVANE_DEFINE_LOG(lcLanguageModel, "LanguageModel")
+
+namespace tolvane {
+
+using namespace languagemodel;
+
+LanguageModel::LanguageModel(std::unique_ptr<QFile> file)
+    : m_file(std::move(file))
+{}
+
+std::unique_ptr<LanguageModel> LanguageModel::open(const QString& path)
+{
+    auto file = std::make_unique<QFile>(path);
+    if (!file->open(QIODevice::ReadOnly)) {
+        qCWarning(lcLanguageModel) << "Cannot open" << path << file->errorString();
+        return nullptr;
+    }
+    const qint64 size = file->size();
+    if (size < static_cast<qint64>(sizeof(LanguageModelHeader))) {
+        qCWarning(lcLanguageModel) << "Model file too short:" << path;
+        return nullptr;
+    }
+    const uchar* data = file->map(0, size);
+    if (!data) {
+        qCWarning(lcLanguageModel) << "Cannot map" << path << file->errorString();
+        return nullptr;
+    }
+    const auto* header = reinterpret_cast<const LanguageModelHeader*>(data);
+    const qint64 expected = static_cast<qint64>(sizeof(LanguageModelHeader)) +
+                            static_cast<qint64>(header->ngramBuckets) * 2 +
+                            static_cast<qint64>(header->wordCount) * static_cast<qint64>(sizeof(LanguageModelWord));
+    if (std::memcmp(header->magic, magic, sizeof magic) != 0 || header->ngramBuckets != ngramBuckets ||
+        expected != size) {
+        qCWarning(lcLanguageModel) << "Not a language model of this version:" << path;
+        return nullptr;
+    }
+    std::unique_ptr<LanguageModel> model(new LanguageModel(std::move(file)));
+    model->m_header = header;
+    model->m_ngrams = reinterpret_cast<const std::uint16_t*>(data + sizeof(LanguageModelHeader));
+    model->m_words = reinterpret_cast<const LanguageModelWord*>(data + sizeof(LanguageModelHeader) +
+                                                                static_cast<std::size_t>(ngramBuckets) * 2);
+    for (int order = 0; order < maxNgramOrder; ++order)
+        model->m_orderOffset[order] = std::log(header->ngramTotals[order] + ngramBuckets);
+    return model;
+}
+
+std::optional<LanguageModelWord> LanguageModel::word(const QString& folded) const
+{
+    const std::uint32_t key = wordKey(folded);
+    const LanguageModelWord* end = m_words + m_header->wordCount;
+    const LanguageModelWord* found = std::lower_bound(
+        m_words, end, key, [](const LanguageModelWord& entry, std::uint32_t k) { return entry.key < k; });
+    if (found == end || found->key != key)
+        return std::nullopt;
+    return *found;
+}
+
+double LanguageModel::ngramLogProbability(const QString& folded) const
+{
+    double sum = 0;
+    int count = 0;
+    forEachNgram(folded, [&](int order, std::uint32_t bucket) {
+        sum += m_ngrams[bucket] / ngramScale - m_orderOffset[order - 1];
+        ++count;
+    });
+    return count == 0 ? 0.0 : sum / count;
+}
+
+} // namespace tolvane
