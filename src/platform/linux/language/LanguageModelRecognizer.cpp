@@ -184,6 +184,9 @@ LanguageHypotheses LanguageModelRecognizer::recognize(const QString& text, const
     int lastConfirmedCount = 0;
     std::vector<bool> lastConfirmed(static_cast<std::size_t>(n), false);
     forEachWord(examined, [&](QStringView word) {
+        const Script script = scriptOf(word.front().unicode());
+        if (script != Script::latin && script != Script::cyrillic)
+            return ++words < examinedWords; // the models know alphabetic languages only
         const QString folded = foldWord(word);
         std::vector<double> strength(static_cast<std::size_t>(n), 0.0);
         std::vector<double> ngram(static_cast<std::size_t>(n), 0.0);
