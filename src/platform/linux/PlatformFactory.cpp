@@ -5,6 +5,9 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
+#include "platform/linux/language/IcuMecabTransliterator.h"
+#include "platform/linux/language/LanguageModelRecognizer.h"
+#include "platform/linux/language/WordNetLexicalTagger.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -20,6 +23,10 @@ PlatformServices createPlatformServices()
         std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
+    services.languageRecognizer =
+        std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
+    services.lexicalTagger = std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
+    services.transliterator = std::make_unique<IcuMecabTransliterator>();
     return services;
 }
 

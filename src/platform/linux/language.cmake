@@ -58,3 +58,20 @@ target_compile_definitions(${fragment_target} PRIVATE
     TOLVANE_BUILD_LANGUAGE_MODEL_DIR="${tolvane_language_model_dir}"
     TOLVANE_INSTALLED_LANGUAGE_MODEL_DIR="${CMAKE_INSTALL_PREFIX}/share/tolvane/language")
 install(FILES ${tolvane_language_model_files} DESTINATION share/tolvane/language)
+
+# The English lexicon of the part-of-speech tagger, from WordNet.
+add_executable(tolvane_english_lexicon_builder ${PROJECT_SOURCE_DIR}/data/language/EnglishLexiconBuilder.cpp)
+tolvane_target_settings(tolvane_english_lexicon_builder)
+target_include_directories(tolvane_english_lexicon_builder PRIVATE ${PROJECT_SOURCE_DIR}/src)
+target_link_libraries(tolvane_english_lexicon_builder PRIVATE Qt6::Core)
+set(tolvane_english_lexicon ${tolvane_language_model_dir}/en.lexicon)
+add_custom_command(
+    OUTPUT ${tolvane_english_lexicon}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${tolvane_language_model_dir}
+    COMMAND tolvane_english_lexicon_builder /usr/share/wordnet ${tolvane_english_lexicon}
+    DEPENDS tolvane_english_lexicon_builder
+    COMMENT "Compiling the English lexicon"
+    VERBATIM)
+add_custom_target(tolvane_english_lexicon ALL DEPENDS ${tolvane_english_lexicon})
+add_dependencies(${fragment_target} tolvane_english_lexicon)
+install(FILES ${tolvane_english_lexicon} DESTINATION share/tolvane/language)
