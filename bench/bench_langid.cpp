@@ -64,6 +64,8 @@ long residentKilobytes()
 
 double microsecondsPerCall(const LanguageModelRecognizer& recognizer, const QStringList& texts, const QString& target)
 {
+    if (texts.isEmpty())
+        return 0;
     const QStringList candidates{QStringLiteral("en"), target};
     QElapsedTimer timer;
     timer.start();

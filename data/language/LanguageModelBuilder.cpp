@@ -4,7 +4,8 @@
 // (word counts and character n-grams), a Hunspell dictionary (its stems, and which corpus words
 // it accepts) and bilingual dictionary headwords. Run by the build; see language.cmake.
 //
-//   tolvane_language_model_builder --output FILE [--corpus TEXT]... [--dictionary AFF_DIC_BASE]
+//   tolvane_language_model_builder --output FILE [--corpus TEXT]... [--glosses WORDNET_DATA]... [--dictionary
+//   AFF_DIC_BASE]
 //       [--headwords DICTD_INDEX]... [--rare-headwords DICTD_INDEX]... [--probe TEXT]... [--keep-capitalized]
 
 #include "platform/linux/language/LanguageModelFormat.h"
@@ -62,21 +63,29 @@ public:
         });
     }
 
-    void addCorpus(const QString& text)
+    // occurrencesPerCount > 1 for text that over-represents unusual words (definitions): only
+    // every so many occurrences count as one.
+    void addCorpus(const QString& text, quint64 occurrencesPerCount = 1)
     {
         QHash<QString, quint64> counts;
+        QHash<QString, QString> surfaces;
         forEachWord(text, [&](QStringView word) {
             const QString folded = foldWord(word);
-            WordInfo& info = words[folded];
-            info.flags |= inCorpus;
-            ++info.count;
-            if (info.surface.isEmpty())
-                info.surface = word.toString();
-            ++counts[folded];
+            if (++counts[folded] == 1)
+                surfaces.insert(folded, word.toString());
             return true;
         });
-        for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
             addNgrams(it.key(), it.value());
+            const quint64 count = it.value() / occurrencesPerCount;
+            if (count == 0)
+                continue;
+            WordInfo& info = words[it.key()];
+            info.flags |= inCorpus;
+            info.count += count;
+            if (info.surface.isEmpty())
+                info.surface = surfaces.value(it.key());
+        }
     }
 
     void addDictionaryStems(const QString& dicPath, bool keepCapitalized)
@@ -207,9 +216,10 @@ int main(int argc, char** argv)
     const QCommandLineOption headwords("headwords", "dictd index whose headwords are in the language.", "file");
     const QCommandLineOption rareHeadwords("rare-headwords", "dictd index of a large dictionary of the language.",
                                            "file");
+    const QCommandLineOption glosses("glosses", "WordNet data file whose definitions are running text.", "file");
     const QCommandLineOption probe("probe", "Text whose words the spelling dictionary is asked about.", "file");
     const QCommandLineOption keepCapitalized("keep-capitalized", "Keep capitalised dictionary stems (German nouns).");
-    parser.addOptions({output, corpus, dictionary, headwords, rareHeadwords, probe, keepCapitalized});
+    parser.addOptions({output, corpus, glosses, dictionary, headwords, rareHeadwords, probe, keepCapitalized});
     parser.process(app);
     if (!parser.isSet(output))
         parser.showHelp(2);
@@ -217,6 +227,16 @@ int main(int argc, char** argv)
     ModelBuilder builder;
     for (const QString& path : parser.values(corpus))
         builder.addCorpus(readText(path));
+    for (const QString& path : parser.values(glosses)) {
+        // Each synset line ends with " | " and its definition and examples.
+        QString text;
+        for (const QString& line : readText(path).split(QLatin1Char('\n'))) {
+            const qsizetype bar = line.indexOf(QLatin1String(" | "));
+            if (bar >= 0 && !line.startsWith(QLatin1Char(' ')))
+                text += line.mid(bar + 3) + QLatin1Char('\n');
+        }
+        builder.addCorpus(text, 3);
+    }
     for (const QString& path : parser.values(headwords))
         builder.addHeadwords(path, isHeadword);
     for (const QString& path : parser.values(rareHeadwords))

@@ -43,7 +43,9 @@ endfunction()
 tolvane_language_model(en training_english_GB.txt en_US
     --headwords ${tolvane_dictd}/freedict-eng-fra.index --headwords ${tolvane_dictd}/freedict-eng-ita.index
     --headwords ${tolvane_dictd}/freedict-eng-spa.index --headwords ${tolvane_dictd}/freedict-eng-por.index
-    --rare-headwords ${tolvane_dictd}/mueller7.index)
+    --rare-headwords ${tolvane_dictd}/mueller7.index
+    --glosses /usr/share/wordnet/data.noun --glosses /usr/share/wordnet/data.verb
+    --glosses /usr/share/wordnet/data.adj --glosses /usr/share/wordnet/data.adv)
 tolvane_language_model(fr training_french_FR.txt fr --headwords ${tolvane_dictd}/freedict-fra-eng.index)
 tolvane_language_model(de training_german_DE.txt de_DE --keep-capitalized
     --rare-headwords ${tolvane_dictd}/freedict-deu-eng.index)

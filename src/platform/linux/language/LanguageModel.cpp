@@ -75,4 +75,44 @@ double LanguageModel::ngramLogProbability(const QString& folded) const
     return count == 0 ? 0.0 : sum / count;
 }
 
+double LanguageModel::characterLogLikelihood(const QString& folded) const
+{
+    const QByteArray padded = (QLatin1Char(' ') + folded + QLatin1Char(' ')).toUtf8();
+    constexpr qsizetype maxPoints = 64; // longer "words" are judged on their beginning
+    qsizetype starts[maxPoints + 1];
+    qsizetype points = 0;
+    for (qsizetype i = 0; i < padded.size() && points < maxPoints; ++i) {
+        if ((static_cast<unsigned char>(padded[i]) & 0xC0) != 0x80)
+            starts[points++] = i;
+    }
+    starts[points] = points < maxPoints ? padded.size() : starts[points - 1];
+    const auto count = [&](int order, qsizetype first) {
+        const qsizetype from = starts[first];
+        const qsizetype to = starts[first + order];
+        const std::uint32_t hash = fnv1a(padded.constData() + from, to - from,
+                                         2166136261u ^ (static_cast<std::uint32_t>(order) * 0x9E3779B9u));
+        return std::exp(m_ngrams[hash & (ngramBuckets - 1)] / ngramScale) - 1.0;
+    };
+    constexpr double weights[maxNgramOrder] = {0.1, 0.2, 0.3, 0.4};
+    const double floor = 0.5 / (m_header->ngramTotals[0] + ngramBuckets);
+    double logLikelihood = 0;
+    for (qsizetype i = 1; i < points; ++i) {
+        double probability = 0;
+        double weightUsed = 0;
+        const double unigram = count(1, i) / std::max(1.0, m_header->ngramTotals[0]);
+        probability += weights[0] * unigram;
+        weightUsed += weights[0];
+        for (int order = 2; order <= maxNgramOrder && i - order + 1 >= 0; ++order) {
+            const qsizetype first = i - order + 1;
+            const double history = count(order - 1, first);
+            if (history < 1.0)
+                break;
+            probability += weights[order - 1] * std::min(1.0, count(order, first) / history);
+            weightUsed += weights[order - 1];
+        }
+        logLikelihood += std::log(probability / weightUsed + floor);
+    }
+    return logLikelihood;
+}
+
 } // namespace tolvane

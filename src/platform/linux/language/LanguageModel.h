@@ -25,6 +25,10 @@ public:
     // Mean log-probability of the word's character n-grams; higher is more typical.
     double ngramLogProbability(const QString& folded) const;
 
+    // Log-likelihood of the word's letters one after another, each predicted from the up to three
+    // before it (orders interpolated), word boundaries included.
+    double characterLogLikelihood(const QString& folded) const;
+
 private:
     explicit LanguageModel(std::unique_ptr<QFile> file);
 

@@ -24,7 +24,10 @@ constexpr int examinedWords = 64;
 // A word both languages confirm cannot decide between them.
 constexpr double sharedWordCeiling = 0.55;
 
-constexpr double ngramWeight = 2.5;
+// How much the spelling of a word (its letter sequence) counts next to dictionary evidence, and
+// the most one word's spelling can count against a language.
+constexpr double ngramWeight = 0.4;
+constexpr double ngramSpread = 10.0;
 constexpr double scriptMismatchPenalty = 8.0;
 constexpr double ocrVariantDiscount = 0.6;
 
@@ -90,6 +93,7 @@ QStringList misreadingVariants(const QString& folded)
     static const QList<QPair<QString, QString>> confusions = {
         {QStringLiteral("rn"), QStringLiteral("m")}, {QStringLiteral("cl"), QStringLiteral("d")},
         {QStringLiteral("vv"), QStringLiteral("w")}, {QStringLiteral("ii"), QStringLiteral("u")},
+        {QStringLiteral("li"), QStringLiteral("h")}, {QStringLiteral("m"), QStringLiteral("rn")},
         {QStringLiteral("l"), QStringLiteral("i")},  {QStringLiteral("i"), QStringLiteral("l")},
         {QStringLiteral("b"), QStringLiteral("h")},  {QStringLiteral("h"), QStringLiteral("b")},
         {QStringLiteral("c"), QStringLiteral("e")},  {QStringLiteral("e"), QStringLiteral("c")},
@@ -190,7 +194,7 @@ LanguageHypotheses LanguageModelRecognizer::recognize(const QString& text, const
         const QString folded = foldWord(word);
         std::vector<double> strength(static_cast<std::size_t>(n), 0.0);
         std::vector<double> ngram(static_cast<std::size_t>(n), 0.0);
-        double known = 0;
+        double strongest = 0;
         double lowestNgram = 0;
         bool anyNgram = false;
         lastConfirmedCount = 0;
@@ -203,12 +207,13 @@ LanguageHypotheses LanguageModelRecognizer::recognize(const QString& text, const
             strength[k] = lexicalStrength(models[k]->word(folded), &confirmed);
             lastConfirmed[k] = confirmed;
             lastConfirmedCount += confirmed;
-            known += strength[k];
-            ngram[k] = models[k]->ngramLogProbability(folded);
+            strongest = std::max(strongest, strength[k]);
+            ngram[k] = models[k]->characterLogLikelihood(folded);
             lowestNgram = anyNgram ? std::min(lowestNgram, ngram[k]) : ngram[k];
             anyNgram = true;
         }
-        if (known == 0 && folded.size() > 2) {
+        // Only a word no candidate knows as such is tried as a misreading.
+        if (strongest <= 1.0 && folded.size() > 2) {
             for (const QString& variant : misreadingVariants(folded)) {
                 for (qsizetype i = 0; i < n; ++i) {
                     const auto k = static_cast<std::size_t>(i);
@@ -220,11 +225,16 @@ LanguageHypotheses LanguageModelRecognizer::recognize(const QString& text, const
                 }
             }
         }
+        double highestNgram = lowestNgram;
+        for (qsizetype i = 0; i < n; ++i) {
+            if (models[static_cast<std::size_t>(i)])
+                highestNgram = std::max(highestNgram, ngram[static_cast<std::size_t>(i)]);
+        }
         for (qsizetype i = 0; i < n; ++i) {
             const auto k = static_cast<std::size_t>(i);
             // A language without a model is scored as the least likely of those with one.
-            const double typicality = models[k] ? ngram[k] : lowestNgram - 1.0;
-            scores[k] += strength[k] + ngramWeight * typicality * std::min<qsizetype>(folded.size(), 8) / 4.0;
+            const double likelihood = models[k] ? ngram[k] : lowestNgram - 1.0;
+            scores[k] += strength[k] + ngramWeight * std::max(likelihood - highestNgram, -ngramSpread);
         }
         return ++words < examinedWords;
     });
