@@ -101,8 +101,7 @@ int main(int argc, char** argv)
         lexicon[lemma].uses[cls] += fields[2].toUInt();
     }
     // Irregular forms borrow their base word's uses in the one class the list is about.
-    const char* exceptions[][3] = {
-        {"noun.exc", "n", nullptr}, {"verb.exc", "v", nullptr}, {"adj.exc", "a", nullptr}, {"adv.exc", "r", nullptr}};
+    const char* exceptions[][2] = {{"noun.exc", "n"}, {"verb.exc", "v"}, {"adj.exc", "a"}, {"adv.exc", "r"}};
     QHash<QByteArray, Counts> irregular;
     for (const auto& exception : exceptions) {
         const int cls = classOfSynsetType(exception[1][0]);

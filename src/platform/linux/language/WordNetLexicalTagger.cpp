@@ -149,6 +149,14 @@ const QSet<QString>& beForms()
     return set;
 }
 
+// Verbs that link a subject to a quality ("smells sour", "grew tired").
+const QSet<QString>& linkingVerbs()
+{
+    static const QSet<QString> set = wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",
+                                              "become", "feel", "look", "turn", "keep", "prove"});
+    return set;
+}
+
 const QSet<QString>& haveForms()
 {
     static const QSet<QString> set =
@@ -606,6 +614,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tVerb, 3.5);
         s[tNoun] -= 1;
     }
+    if (prev && prev->tag == tVerb && !beForms().contains(prevWord) && matchesVerb(linkingVerbs(), prevWord) &&
+        canBe(t, tAdjective) && (atEnd || nextTag == tPreposition))
+        add(tAdjective, 3);
     if (haveForms().contains(prevWord) && t.pastForm)
         add(tVerb, 5);
     if (degreeWords().contains(prevWord)) {
