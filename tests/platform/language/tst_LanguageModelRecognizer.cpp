@@ -3,6 +3,7 @@
 #include "platform/linux/language/LanguageModel.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -122,6 +123,29 @@ private Q_SLOTS:
         // Mixed scripts: the Cyrillic majority wins for Russian.
         QCOMPARE(recognizer.recognize(QStringLiteral("Привет, как дела? ok"), {"en", "ru"}).dominant,
                  QStringLiteral("ru"));
+    }
+
+    void randomTextAlwaysGivesProbabilitiesThatAddUp()
+    {
+        LanguageModelRecognizer recognizer(m_directory);
+        QRandomGenerator random(20240602);
+        const QString alphabet = QStringLiteral("aeiouyns'’-. ÄöüßéçñãАяё\u0301\u4E2D\u3042\uAC00 0") + QChar(0xD83D) +
+                                 QChar(0xDE00) + QChar(0xDC00);
+        const QStringList nine = {"zh-Hans", "fr", "de", "it", "ja", "ko", "pt", "ru", "es"};
+        for (int round = 0; round < 1000; ++round) {
+            QString text;
+            const int length = random.bounded(1, 60);
+            for (int i = 0; i < length; ++i)
+                text.append(alphabet.at(random.bounded(alphabet.size())));
+            const LanguageHypotheses answer = recognizer.recognize(text, round % 2 ? nine : QStringList{"en", "de"});
+            if (answer.dominant.isEmpty())
+                continue;
+            double sum = 0;
+            for (double p : answer.probability)
+                sum += p;
+            QVERIFY2(qAbs(sum - 1.0) < 1e-6, qPrintable(text));
+            QVERIFY(answer.probability.contains(answer.dominant));
+        }
     }
 
     void missingOrDamagedModelsDegradeWithoutCrashing()

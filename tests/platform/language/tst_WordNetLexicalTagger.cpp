@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/language/WordNetLexicalTagger.h"
 
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -105,6 +106,22 @@ private Q_SLOTS:
         const auto cook = tagger.lexicalClass(longText, longText.indexOf(QStringLiteral("cook")), 4);
         QCOMPARE(cook, std::optional(LexicalClass::noun));
         QVERIFY(tagger.lexicalClass(QStringLiteral("😀 ☃"), 0, 2) == std::nullopt);
+    }
+
+    void randomTextNeverTripsTheTagger()
+    {
+        const WordNetLexicalTagger tagger(WordNetLexicalTagger::defaultLexiconPath());
+        QRandomGenerator random(20240601);
+        const QString alphabet =
+            QStringLiteral("aeiou bcdtsl'’-.,!?AZ\u00E9\u0301\u4E2D ") + QChar(0xD83D) + QChar(0xDE00) + QChar(0xD800);
+        for (int round = 0; round < 2000; ++round) {
+            QString text;
+            const int length = random.bounded(1, 40);
+            for (int i = 0; i < length; ++i)
+                text.append(alphabet.at(random.bounded(alphabet.size())));
+            const qsizetype start = random.bounded(-2, length + 2);
+            tagger.lexicalClass(text, start, random.bounded(-1, 6));
+        }
     }
 
     void withoutTheLexiconClosedClassesStillWork()
