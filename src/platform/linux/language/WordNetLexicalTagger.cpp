@@ -191,14 +191,6 @@ const QSet<QString>& phrasalVerbs()
     return set;
 }
 
-// Verbs of going and staying, after which "home" is where, not what.
-const QSet<QString>& motionVerbs()
-{
-    static const QSet<QString> set = wordSet({"go", "come", "stay", "get", "arrive", "return", "drive", "walk", "run",
-                                              "fly", "head", "bring", "take", "send", "be"});
-    return set;
-}
-
 const QSet<QString>& timeAdverbs()
 {
     static const QSet<QString> set = wordSet({"today", "tomorrow", "yesterday", "tonight", "now", "soon", "later"});
@@ -646,15 +638,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (atEnd && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
         canBe(t, tAdverb) && !modals().contains(prevWord))
         add(tAdverb, 2.5);
-    if (prev && prev->tag == tAdverb && degreeWords().contains(prevWord) == false && atEnd && canBe(t, tAdverb) &&
-        prevPrev && prevPrev->tag == tVerb)
+    if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
+        prevPrev->tag == tVerb)
         add(tAdverb, 1);
     if (atEnd && (beForms().contains(prevWord)) && canBe(t, tAdjective))
         add(tAdjective, 1);
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
-    if (motionVerbs().contains(prevWord) && w == QLatin1String("home"))
-        add(tAdverb, 3);
 }
 
 } // namespace
