@@ -25,6 +25,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 using namespace tolvane::languagemodel;
@@ -54,6 +55,7 @@ public:
     std::vector<quint64> ngramCounts = std::vector<quint64>(ngramBuckets, 0);
     double totals[maxNgramOrder] = {};
     QHash<QString, WordInfo> words;
+    std::set<std::pair<QString, QString>> suffixRules; // ending, strip (folded)
 
     void addNgrams(const QString& folded, quint64 weight)
     {
@@ -140,6 +142,25 @@ public:
         }
     }
 
+    // Suffix rules ("SFX flag strip add condition") in the affix file; flags after "/" are dropped.
+    void addSuffixRules(const QString& affPath)
+    {
+        for (const QString& line : readText(affPath).split(QLatin1Char('\n'))) {
+            const QStringList fields = line.simplified().split(QLatin1Char(' '));
+            if (fields.size() < 5 || fields[0] != QLatin1String("SFX"))
+                continue;
+            QString strip = fields[2] == QLatin1String("0") ? QString() : fields[2];
+            QString ending = fields[3].section(QLatin1Char('/'), 0, 0);
+            if (ending == QLatin1String("0"))
+                ending.clear();
+            ending = foldWord(ending);
+            strip = foldWord(strip);
+            if (ending.isEmpty() || ending.size() > 12 || strip.size() > 12 || ending == strip)
+                continue;
+            suffixRules.insert({ending, strip});
+        }
+    }
+
     // Marks the words the spelling dictionary accepts, in any of their spellings we have seen.
     void checkSpelling(Hunspell& speller, const QSet<QString>& extraSurfaces)
     {
@@ -186,6 +207,28 @@ public:
         for (int i = 0; i < maxNgramOrder; ++i)
             header.ngramTotals[i] = totals[i];
 
+        std::vector<LanguageModelSuffix> suffixes;
+        QByteArray strips;
+        QHash<QString, std::uint16_t> stripOffsets;
+        for (const auto& [ending, strip] : suffixRules) {
+            if (!stripOffsets.contains(strip)) {
+                stripOffsets.insert(strip, static_cast<std::uint16_t>(strips.size()));
+                strips += strip.toUtf8();
+            }
+            if (strips.size() > 65000)
+                break;
+            LanguageModelSuffix suffix{};
+            suffix.endingKey = wordKey(ending);
+            suffix.stripOffset = stripOffsets.value(strip);
+            suffix.stripLength = static_cast<std::uint8_t>(strip.toUtf8().size());
+            suffix.endingLength = static_cast<std::uint8_t>(ending.size());
+            suffixes.push_back(suffix);
+        }
+        std::sort(suffixes.begin(), suffixes.end(),
+                  [](const LanguageModelSuffix& a, const LanguageModelSuffix& b) { return a.endingKey < b.endingKey; });
+        header.suffixCount = static_cast<std::uint32_t>(suffixes.size());
+        header.stripBytes = static_cast<std::uint32_t>(strips.size());
+
         std::vector<std::uint16_t> weights(ngramBuckets);
         for (std::size_t i = 0; i < ngramBuckets; ++i)
             weights[i] = static_cast<std::uint16_t>(
@@ -199,6 +242,9 @@ public:
                    static_cast<qint64>(weights.size() * sizeof(std::uint16_t)));
         file.write(reinterpret_cast<const char*>(entries.data()),
                    static_cast<qint64>(entries.size() * sizeof(LanguageModelWord)));
+        file.write(reinterpret_cast<const char*>(suffixes.data()),
+                   static_cast<qint64>(suffixes.size() * sizeof(LanguageModelSuffix)));
+        file.write(strips);
         return file.commit();
     }
 };
@@ -244,6 +290,7 @@ int main(int argc, char** argv)
     if (parser.isSet(dictionary)) {
         const QString base = parser.value(dictionary);
         builder.addDictionaryStems(base + QStringLiteral(".dic"), parser.isSet(keepCapitalized));
+        builder.addSuffixRules(base + QStringLiteral(".aff"));
         QSet<QString> probes;
         for (const QString& path : parser.values(probe)) {
             const QString text = readText(path);

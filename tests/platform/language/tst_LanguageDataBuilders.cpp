@@ -68,6 +68,25 @@ private Q_SLOTS:
         QVERIFY(model->characterLogLikelihood(foldWord(u"blorf")) > model->characterLogLikelihood(foldWord(u"qqxq")));
     }
 
+    void endingsOfTheSpellingDictionaryReachInflectedForms()
+    {
+        const QString text = write("xc.txt", "le chat mange.\n");
+        write("xc.aff", "SET UTF-8\nSFX A Y 2\nSFX A er ons/B er\nSFX A 0 s .\n");
+        write("xc.dic", "2\nmanger/A\nchanter/A\n");
+        const QString output = m_directory.filePath("xc.langmodel");
+        QCOMPARE(run(TOLVANE_LANGUAGE_MODEL_BUILDER,
+                     {"--output", output, "--corpus", text, "--dictionary", m_directory.filePath("xc")}),
+                 0);
+        const auto model = LanguageModel::open(output);
+        QVERIFY(model);
+        QVERIFY(model->word(foldWord(u"manger")));
+        QVERIFY(model->isInflectionOfKnownWord(foldWord(u"Chantons")));
+        QVERIFY(model->isInflectionOfKnownWord(foldWord(u"mangers")));
+        QVERIFY(!model->isInflectionOfKnownWord(foldWord(u"chantoff")));
+        QVERIFY(!model->isInflectionOfKnownWord(foldWord(u"dansons")));
+        QVERIFY(!model->isInflectionOfKnownWord(QStringLiteral("ons")));
+    }
+
     void accentsAndCaseFoldAway()
     {
         QCOMPARE(foldWord(u"Église"), QStringLiteral("eglise"));

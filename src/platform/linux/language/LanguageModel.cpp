@@ -35,9 +35,11 @@ std::unique_ptr<LanguageModel> LanguageModel::open(const QString& path)
         return nullptr;
     }
     const auto* header = reinterpret_cast<const LanguageModelHeader*>(data);
-    const qint64 expected = static_cast<qint64>(sizeof(LanguageModelHeader)) +
-                            static_cast<qint64>(header->ngramBuckets) * 2 +
-                            static_cast<qint64>(header->wordCount) * static_cast<qint64>(sizeof(LanguageModelWord));
+    const qint64 expected =
+        static_cast<qint64>(sizeof(LanguageModelHeader)) + static_cast<qint64>(header->ngramBuckets) * 2 +
+        static_cast<qint64>(header->wordCount) * static_cast<qint64>(sizeof(LanguageModelWord)) +
+        static_cast<qint64>(header->suffixCount) * static_cast<qint64>(sizeof(LanguageModelSuffix)) +
+        static_cast<qint64>(header->stripBytes);
     if (std::memcmp(header->magic, magic, sizeof magic) != 0 || header->ngramBuckets != ngramBuckets ||
         expected != size) {
         qCWarning(lcLanguageModel) << "Not a language model of this version:" << path;
@@ -48,6 +50,15 @@ std::unique_ptr<LanguageModel> LanguageModel::open(const QString& path)
     model->m_ngrams = reinterpret_cast<const std::uint16_t*>(data + sizeof(LanguageModelHeader));
     model->m_words = reinterpret_cast<const LanguageModelWord*>(data + sizeof(LanguageModelHeader) +
                                                                 static_cast<std::size_t>(ngramBuckets) * 2);
+    model->m_suffixes = reinterpret_cast<const LanguageModelSuffix*>(model->m_words + header->wordCount);
+    model->m_strips = reinterpret_cast<const char*>(model->m_suffixes + header->suffixCount);
+    for (std::uint32_t i = 0; i < header->suffixCount; ++i) {
+        const LanguageModelSuffix& suffix = model->m_suffixes[i];
+        if (static_cast<std::uint32_t>(suffix.stripOffset) + suffix.stripLength > header->stripBytes) {
+            qCWarning(lcLanguageModel) << "Damaged suffix table in" << path;
+            return nullptr;
+        }
+    }
     for (int order = 0; order < maxNgramOrder; ++order)
         model->m_orderOffset[order] = std::log(header->ngramTotals[order] + ngramBuckets);
     return model;
@@ -62,6 +73,33 @@ std::optional<LanguageModelWord> LanguageModel::word(const QString& folded) cons
     if (found == end || found->key != key)
         return std::nullopt;
     return *found;
+}
+
+bool LanguageModel::isInflectionOfKnownWord(const QString& folded) const
+{
+    const LanguageModelSuffix* end = m_suffixes + m_header->suffixCount;
+    const LanguageModelWord* wordsEnd = m_words + m_header->wordCount;
+    // A base word keeps at least three letters; endings are at most twelve.
+    for (qsizetype length = 1; length <= 12 && length + 3 <= folded.size(); ++length) {
+        const std::uint32_t key = wordKey(folded.right(length));
+        const auto [first, last] = std::equal_range(
+            m_suffixes, end, LanguageModelSuffix{key, 0, 0, 0},
+            [](const LanguageModelSuffix& a, const LanguageModelSuffix& b) { return a.endingKey < b.endingKey; });
+        if (first == last)
+            continue;
+        const QByteArray stem = folded.left(folded.size() - length).toUtf8();
+        const std::uint32_t stemHash = fnv1a(stem.constData(), stem.size());
+        for (const LanguageModelSuffix* rule = first; rule != last; ++rule) {
+            if (rule->endingLength != length)
+                continue;
+            const std::uint32_t baseKey = fnv1a(m_strips + rule->stripOffset, rule->stripLength, stemHash);
+            const LanguageModelWord* found = std::lower_bound(
+                m_words, wordsEnd, baseKey, [](const LanguageModelWord& e, std::uint32_t k) { return e.key < k; });
+            if (found != wordsEnd && found->key == baseKey && (found->flags & (inDictionary | isHeadword)))
+                return true;
+        }
+    }
+    return false;
 }
 
 double LanguageModel::ngramLogProbability(const QString& folded) const

@@ -22,6 +22,9 @@ public:
     // What the model knows about a word already folded with languagemodel::foldWord.
     std::optional<languagemodel::LanguageModelWord> word(const QString& folded) const;
 
+    // Whether the word is a known word with one of the spelling dictionary's endings put on it.
+    bool isInflectionOfKnownWord(const QString& folded) const;
+
     // Mean log-probability of the word's character n-grams; higher is more typical.
     double ngramLogProbability(const QString& folded) const;
 
@@ -36,6 +39,8 @@ private:
     const languagemodel::LanguageModelHeader* m_header = nullptr;
     const std::uint16_t* m_ngrams = nullptr;
     const languagemodel::LanguageModelWord* m_words = nullptr;
+    const languagemodel::LanguageModelSuffix* m_suffixes = nullptr;
+    const char* m_strips = nullptr;
     double m_orderOffset[languagemodel::maxNgramOrder] = {};
 };
 

@@ -8,6 +8,8 @@
 //   LanguageModelHeader
 //   quint16 ngramWeight[ngramBuckets]   ln(count + 1) * ngramScale, character 1- to 4-grams
 //   LanguageModelWord word[wordCount]   sorted by key, one per accent-folded lower-case form
+//   LanguageModelSuffix suffix[suffixCount]  the spelling dictionary's suffix rules, sorted by key
+//   char strips[stripBytes]             UTF-8 texts the suffix rules strip from a base word
 
 #include <QString>
 #include <QStringView>
@@ -16,7 +18,7 @@
 
 namespace tolvane::languagemodel {
 
-inline constexpr char magic[8] = {'T', 'L', 'V', 'L', 'A', 'N', 'G', '3'};
+inline constexpr char magic[8] = {'T', 'L', 'V', 'L', 'A', 'N', 'G', '4'};
 inline constexpr std::uint32_t ngramBuckets = 1u << 18;
 inline constexpr double ngramScale = 2000.0;
 inline constexpr int maxNgramOrder = 4;
@@ -35,6 +37,18 @@ struct LanguageModelHeader
     std::uint32_t ngramBuckets;
     std::uint32_t wordCount;
     double ngramTotals[maxNgramOrder]; // grams counted per order
+    std::uint32_t suffixCount;
+    std::uint32_t stripBytes;
+};
+
+// A word ending in the text whose key is endingKey may be a base word, minus the strip text at
+// strips[stripOffset], plus that ending ("mangeons" = "manger" - "er" + "ons").
+struct LanguageModelSuffix
+{
+    std::uint32_t endingKey;
+    std::uint16_t stripOffset;
+    std::uint8_t stripLength;
+    std::uint8_t endingLength; // in UTF-16 units of the folded ending
 };
 
 struct LanguageModelWord
@@ -44,7 +58,8 @@ struct LanguageModelWord
     std::uint16_t corpusCount; // saturating
 };
 
-static_assert(sizeof(LanguageModelHeader) == 48);
+static_assert(sizeof(LanguageModelHeader) == 56);
+static_assert(sizeof(LanguageModelSuffix) == 8);
 static_assert(sizeof(LanguageModelWord) == 8);
 
 inline std::uint32_t fnv1a(const char* data, qsizetype size, std::uint32_t seed = 2166136261u)

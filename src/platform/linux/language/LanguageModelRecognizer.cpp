@@ -30,6 +30,8 @@ constexpr double ngramWeight = 0.4;
 constexpr double ngramSpread = 10.0;
 constexpr double scriptMismatchPenalty = 8.0;
 constexpr double ocrVariantDiscount = 0.6;
+// A word nobody lists, but which is a listed word with one of the language's endings.
+constexpr double inflectionStrength = 0.5;
 
 enum class Script { latin, cyrillic, han, kana, hangul, other };
 
@@ -205,6 +207,8 @@ LanguageHypotheses LanguageModelRecognizer::recognize(const QString& text, const
                 continue;
             bool confirmed = false;
             strength[k] = lexicalStrength(models[k]->word(folded), &confirmed);
+            if (strength[k] == 0 && models[k]->isInflectionOfKnownWord(folded))
+                strength[k] = inflectionStrength;
             lastConfirmed[k] = confirmed;
             lastConfirmedCount += confirmed;
             strongest = std::max(strongest, strength[k]);
