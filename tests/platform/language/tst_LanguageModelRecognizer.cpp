@@ -7,6 +7,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
+#include <thread>
+#include <vector>
+
 using namespace tolvane;
 
 class TestLanguageModelRecognizer : public QObject
@@ -146,6 +150,30 @@ private Q_SLOTS:
             QVERIFY2(qAbs(sum - 1.0) < 1e-6, qPrintable(text));
             QVERIFY(answer.probability.contains(answer.dominant));
         }
+    }
+
+    void threadsCanShareOneRecognizer()
+    {
+        // The first calls load the models, all at once from several threads.
+        LanguageModelRecognizer recognizer(m_directory);
+        const QStringList targets = {"fr", "de", "es", "it"};
+        const QStringList sentences = {"Le chien dort dans la cuisine.", "Der Hund schläft in der Küche.",
+                                       "El perro duerme en la cocina.", "Il cane dorme in cucina."};
+        std::atomic<int> wrong = 0;
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&, t] {
+                for (int round = 0; round < 50; ++round) {
+                    const QString& target = targets[(t + round) % 4];
+                    const QString& sentence = sentences[(t + round) % 4];
+                    if (recognizer.recognize(sentence, {"en", target}).dominant != target)
+                        ++wrong;
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(wrong.load(), 0);
     }
 
     void missingOrDamagedModelsDegradeWithoutCrashing()

@@ -9,7 +9,7 @@ namespace tolvane {
 
 // Pinyin through ICU's "Han-Latin" transliterator; Japanese readings from MeCab's IPAdic token
 // readings (katakana) turned into hiragana by ICU's "Katakana-Hiragana". Each engine is created
-// on first use and kept.
+// on first use and kept. Main thread only: ICU transliterators and MeCab keep per-call state.
 class IcuMecabTransliterator final : public Transliterator
 {
 public:

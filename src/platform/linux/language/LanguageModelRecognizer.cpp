@@ -141,6 +141,8 @@ QString LanguageModelRecognizer::defaultModelDirectory()
 
 const LanguageModel* LanguageModelRecognizer::model(const QString& code) const
 {
+    // Models are read-only once mapped and never unloaded, so only the cache itself needs a lock.
+    const QMutexLocker locker(&m_modelsMutex);
     auto found = m_models.constFind(code);
     if (found == m_models.cend()) {
         std::shared_ptr<LanguageModel> loaded;

@@ -4,6 +4,7 @@
 #include "platform/LanguageRecognizer.h"
 
 #include <QHash>
+#include <QMutex>
 #include <QString>
 
 #include <memory>
@@ -15,6 +16,7 @@ class LanguageModel;
 // Tells languages apart by script, by what each language's dictionaries and running text say
 // about every word, and by character n-grams. A word that is a confirmed word of two candidates
 // ("hotel", "piano") leaves both near one half, so callers that need 0.6 abstain.
+// Safe to call from several threads (the text-recognition fallback asks from a worker).
 class LanguageModelRecognizer final : public LanguageRecognizer
 {
 public:
@@ -33,6 +35,7 @@ public:
 
 private:
     QString m_directory;
+    mutable QMutex m_modelsMutex;
     mutable QHash<QString, std::shared_ptr<LanguageModel>> m_models;
 };
 
