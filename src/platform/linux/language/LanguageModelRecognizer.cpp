@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
+#include "core/support/Logging.h"
 #include "platform/linux/language/LanguageModel.h"
 
 #include <QDir>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <vector>
+
+TOLVANE_DEFINE_LOG(lcLanguageModelRecognizer, "LanguageModelRecognizer")
 
 namespace tolvane {
 
@@ -117,7 +120,10 @@ QStringList misreadingVariants(const QString& folded)
 
 LanguageModelRecognizer::LanguageModelRecognizer(QString modelDirectory)
     : m_directory(std::move(modelDirectory))
-{}
+{
+    if (m_directory.isEmpty())
+        qCWarning(lcLanguageModelRecognizer) << "No language models found; text will be told apart by script only";
+}
 
 LanguageModelRecognizer::~LanguageModelRecognizer() = default;
 
