@@ -1,11 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
+#include "app/LanguageCommands.h"
 
 namespace tolvane {
 
 const QList<Subcommand>& subcommands()
 {
-    static const QList<Subcommand> table = {};
+    static const QList<Subcommand> table = {
+        {"detect", "--target CODE TEXT…", "Print which way TEXT would be translated, with the two probabilities.",
+         runDetectCommand},
+        {"reading", "--target CODE TEXT…", "Print the pinyin or hiragana reading of TEXT, if it has one.",
+         runReadingCommand},
+        {"pos", "SENTENCE WORD", "Print the part of speech of WORD in SENTENCE (n., v., adj., …), if any.",
+         runPosCommand},
+    };
     return table;
 }
 

@@ -10,6 +10,9 @@
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 #include "platform/linux/hotkeys/QtEventMonitor.h"
 #include "platform/linux/hotkeys/XcbHotkeyService.h"
+#include "platform/linux/language/IcuMecabTransliterator.h"
+#include "platform/linux/language/LanguageModelRecognizer.h"
+#include "platform/linux/language/WordNetLexicalTagger.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/null/NullPlatform.h"
 
@@ -33,6 +36,10 @@ PlatformServices createPlatformServices()
     services.accessibility = std::make_unique<AtspiAccessibilityService>();
     services.textRecognizer = std::make_unique<TesseractScreenTextRecognizer>();
     services.spellChecker = std::make_unique<HunspellSpellChecker>();
+    services.languageRecognizer =
+        std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
+    services.lexicalTagger = std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
+    services.transliterator = std::make_unique<IcuMecabTransliterator>();
     return services;
 }
 

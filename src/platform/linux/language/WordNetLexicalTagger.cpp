@@ -1,0 +1,735 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/language/WordNetLexicalTagger.h"
+
+#include "platform/linux/language/EnglishLexicon.h"
+#include "platform/linux/language/LanguageModelRecognizer.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace tolvane {
+
+using namespace englishlexicon;
+
+namespace {
+
+// Sentences longer than this are tagged on the stretch around the word only, which keeps a call
+// short whatever the caller hands in.
+constexpr qsizetype contextReach = 400;
+
+enum Tag { tNoun, tVerb, tAdjective, tAdverb, tPreposition, tConjunction, tPronoun, tDeterminer, tNone, tagCount };
+using Scores = std::array<double, tagCount>;
+constexpr double absent = -100.0;
+constexpr double closedClassScore = 4.0;
+
+struct Token
+{
+    QString text;  // as written
+    QString lower; // lower case, curly apostrophes straightened
+    qsizetype start = 0;
+    qsizetype end = 0;
+    bool isWord = false;
+    // Morphology of a word token.
+    bool plural = false, thirdPerson = false, pastForm = false, ingForm = false;
+    Scores scores{};
+    Tag tag = tNone;
+};
+
+QSet<QString> wordSet(std::initializer_list<const char*> words)
+{
+    QSet<QString> set;
+    for (const char* word : words)
+        set.insert(QString::fromLatin1(word));
+    return set;
+}
+
+const QSet<QString>& determiners()
+{
+    static const QSet<QString> set =
+        wordSet({"the",    "a",       "an",    "this",    "that", "these",     "those",   "every", "each",
+                 "either", "neither", "some",  "any",     "no",   "all",       "both",    "many",  "much",
+                 "few",    "several", "my",    "your",    "his",  "her",       "its",     "our",   "their",
+                 "which",  "what",    "whose", "another", "such", "whichever", "whatever"});
+    return set;
+}
+
+const QSet<QString>& possessives()
+{
+    static const QSet<QString> set = wordSet({"my", "your", "his", "her", "its", "our", "their", "whose"});
+    return set;
+}
+
+const QSet<QString>& pronouns()
+{
+    static const QSet<QString> set = wordSet(
+        {"i",       "me",      "you",      "he",        "him",        "she",        "it",      "we",       "us",
+         "they",    "them",    "mine",     "yours",     "hers",       "ours",       "theirs",  "myself",   "yourself",
+         "himself", "herself", "itself",   "ourselves", "yourselves", "themselves", "someone", "somebody", "something",
+         "anyone",  "anybody", "anything", "everyone",  "everybody",  "everything", "nobody",  "nothing",  "none",
+         "who",     "whom",    "whoever",  "this",      "that",       "these",      "those",   "which",    "what",
+         "his",     "her",     "either",   "neither",   "some",       "any",        "all",     "both",     "many",
+         "much",    "each",    "one",      "i'm",       "you're",     "we're",      "they're", "he's",     "she's",
+         "it's",    "i'll",    "you'll",   "we'll",     "they'll",    "he'll",      "she'll",  "i've",     "you've",
+         "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd"});
+    return set;
+}
+
+const QSet<QString>& subjectPronouns()
+{
+    static const QSet<QString> set = wordSet({"i", "you", "he", "she", "it", "we", "they", "who", "i'll", "you'll",
+                                              "we'll", "they'll", "he'll", "she'll", "i'd", "you'd", "we'd", "they'd"});
+    return set;
+}
+
+const QSet<QString>& prepositions()
+{
+    static const QSet<QString> set = wordSet(
+        {"in",      "on",         "at",         "by",      "for",    "with",    "about", "against", "between", "into",
+         "through", "during",     "before",     "after",   "to",     "from",    "up",    "down",    "over",    "under",
+         "of",      "off",        "near",       "since",   "until",  "till",    "like",  "except",  "along",   "across",
+         "behind",  "beyond",     "within",     "without", "toward", "towards", "upon",  "among",   "around",  "past",
+         "despite", "inside",     "outside",    "onto",    "per",    "via",     "above", "below",   "beneath", "beside",
+         "besides", "throughout", "underneath", "unlike",  "amid",   "out",     "as",    "than"});
+    return set;
+}
+
+const QSet<QString>& conjunctions()
+{
+    static const QSet<QString> set =
+        wordSet({"and",   "but",     "or",     "nor", "so",      "yet",      "because",  "although", "though",
+                 "while", "whereas", "unless", "if",  "whether", "than",     "that",     "since",    "before",
+                 "after", "until",   "till",   "as",  "once",    "whenever", "wherever", "when",     "where"});
+    return set;
+}
+
+const QSet<QString>& closedAdverbs()
+{
+    static const QSet<QString> set = wordSet(
+        {"not",     "very",     "too",       "also",      "just",   "only",      "even",     "again",      "already",
+         "always",  "never",    "often",     "sometimes", "soon",   "now",       "then",     "here",       "there",
+         "today",   "tomorrow", "yesterday", "tonight",   "still",  "yet",       "so",       "quite",      "rather",
+         "almost",  "ever",     "perhaps",   "maybe",     "please", "away",      "back",     "home",       "really",
+         "usually", "instead",  "later",     "together",  "else",   "elsewhere", "anywhere", "everywhere", "somewhere",
+         "nowhere", "how",      "why",       "when",      "where",  "twice",     "once",     "up",         "down",
+         "out",     "off",      "along",     "around",    "before", "inside",    "outside",  "over",       "ago",
+         "enough",  "n't"});
+    return set;
+}
+
+const QSet<QString>& auxiliaries()
+{
+    static const QSet<QString> set =
+        wordSet({"am",      "is",      "are",      "was",       "were",     "be",      "been",    "being",  "have",
+                 "has",     "had",     "do",       "does",      "did",      "can",     "could",   "will",   "would",
+                 "shall",   "should",  "may",      "might",     "must",     "don't",   "doesn't", "didn't", "can't",
+                 "cannot",  "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "isn't",   "aren't", "wasn't",
+                 "weren't", "haven't", "hasn't",   "hadn't",    "let's",    "ought"});
+    return set;
+}
+
+const QSet<QString>& modals()
+{
+    static const QSet<QString> set = wordSet(
+        {"can",      "could",   "will",  "would",   "shall",  "should",  "may",    "might",  "must",     "do",
+         "does",     "did",     "don't", "doesn't", "didn't", "can't",   "cannot", "won't",  "wouldn't", "shouldn't",
+         "couldn't", "mustn't", "i'll",  "you'll",  "we'll",  "they'll", "he'll",  "she'll", "let's",    "let"});
+    return set;
+}
+
+const QSet<QString>& beForms()
+{
+    static const QSet<QString> set = wordSet(
+        {"am",      "is",     "are",    "was",   "were",    "be",   "been",  "being", "isn't", "aren't", "wasn't",
+         "weren't", "i'm",    "you're", "we're", "they're", "he's", "she's", "it's",  "seem",  "seems",  "seemed",
+         "become",  "became", "look",   "looks", "looked",  "feel", "feels", "felt",  "get",   "got"});
+    return set;
+}
+
+// Verbs that link a subject to a quality ("smells sour", "grew tired").
+const QSet<QString>& linkingVerbs()
+{
+    static const QSet<QString> set = wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",
+                                              "become", "feel", "look", "turn", "keep", "prove"});
+    return set;
+}
+
+const QSet<QString>& haveForms()
+{
+    static const QSet<QString> set =
+        wordSet({"have", "has", "had", "haven't", "hasn't", "hadn't", "i've", "you've", "we've", "they've"});
+    return set;
+}
+
+const QSet<QString>& degreeWords()
+{
+    static const QSet<QString> set = wordSet({"very", "so", "too", "quite", "rather", "really", "more", "most", "less",
+                                              "least", "extremely", "pretty", "fairly", "how"});
+    return set;
+}
+
+const QSet<QString>& interjectionsAndNumbers()
+{
+    static const QSet<QString> set = wordSet(
+        {"wow", "oh",     "ah",     "hey",    "hello",  "hi",    "ouch",  "oops",    "hooray",   "alas",    "yes",
+         "ok",  "okay",   "bye",    "two",    "three",  "four",  "five",  "six",     "seven",    "eight",   "nine",
+         "ten", "eleven", "twelve", "twenty", "thirty", "forty", "fifty", "hundred", "thousand", "million", "billion"});
+    return set;
+}
+
+// Verbs that take a particle ("look up the word", "back up your files"): after them, a particle
+// is an adverb even when a noun phrase follows.
+const QSet<QString>& phrasalVerbs()
+{
+    static const QSet<QString> set = wordSet(
+        {"look",   "pick",  "give",  "make", "turn", "put",  "take",  "set", "back",   "fill",  "break", "bring",
+         "call",   "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort",  "work",
+         "switch", "hand",  "carry", "find", "let",  "try",  "wash",  "pay", "sum",    "tidy",  "mix",   "open"});
+    return set;
+}
+
+const QSet<QString>& timeAdverbs()
+{
+    static const QSet<QString> set = wordSet({"today", "tomorrow", "yesterday", "tonight", "now", "soon", "later"});
+    return set;
+}
+
+const QSet<QString>& pluralDeterminers()
+{
+    static const QSet<QString> set =
+        wordSet({"many", "several", "few", "these", "those", "both", "all", "some", "most", "two", "three", "four"});
+    return set;
+}
+
+// The dictionary form of a regular verb form, for matching against word lists.
+bool matchesVerb(const QSet<QString>& verbs, const QString& form)
+{
+    if (verbs.contains(form))
+        return true;
+    for (const char* suffix : {"ed", "d", "s", "es", "ing"}) {
+        const QString sfx = QString::fromLatin1(suffix);
+        if (form.endsWith(sfx) && form.size() > sfx.size() + 1) {
+            const QString base = form.chopped(sfx.size());
+            if (verbs.contains(base) || verbs.contains(base + QLatin1Char('e')) ||
+                (base.size() > 2 && base.back() == base.at(base.size() - 2) && verbs.contains(base.chopped(1))))
+                return true;
+        }
+    }
+    return false;
+}
+
+bool isParticle(const QString& w)
+{
+    static const QSet<QString> set =
+        wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along", "around", "through"});
+    return set.contains(w);
+}
+
+double openClassScore(std::uint16_t uses, std::uint8_t senses)
+{
+    if (senses == 0 && uses == 0)
+        return absent;
+    return 1.0 + 0.6 * std::log1p(uses) + 0.25 * std::log1p(senses);
+}
+
+bool isVowel(QChar c)
+{
+    return QStringLiteral("aeiou").contains(c);
+}
+
+} // namespace
+
+struct WordNetLexicalTaggerContext
+{
+    const EnglishLexicon* lexicon;
+
+    std::optional<EnglishLexiconEntry> find(const QString& form) const
+    {
+        return lexicon ? lexicon->entry(form) : std::nullopt;
+    }
+
+    double scoreOf(const QString& form, int cls) const
+    {
+        const auto e = find(form);
+        if (!e || !(e->flags & isLemma))
+            return absent;
+        return openClassScore(e->taggedUses[cls], e->senses[cls]);
+    }
+
+    // The base forms a regular inflection could come from ("stopped" → stop, "flies" → fly).
+    static QStringList stems(const QString& w, const QString& suffix, bool tryE)
+    {
+        QStringList result;
+        if (!w.endsWith(suffix) || w.size() <= suffix.size() + 1)
+            return result;
+        const QString base = w.left(w.size() - suffix.size());
+        result.append(base);
+        if (tryE)
+            result.append(base + QLatin1Char('e'));
+        if (base.size() >= 3 && base.back() == base.at(base.size() - 2) && !isVowel(base.back()))
+            result.append(base.chopped(1));
+        if (base.endsWith(QLatin1Char('i')))
+            result.append(base.chopped(1) + QLatin1Char('y'));
+        return result;
+    }
+
+    void analyse(Token& t) const
+    {
+        Scores& s = t.scores;
+        s.fill(absent);
+        const QString& w = t.lower;
+        if (interjectionsAndNumbers().contains(w) || (!w.isEmpty() && w.front().isDigit())) {
+            s[tNone] = closedClassScore + 2;
+            return;
+        }
+        if (const auto e = find(w)) {
+            for (int c = 0; c < openClassCount; ++c)
+                s[c] = openClassScore(e->taggedUses[c], e->senses[c]);
+            if (e->flags & irregularVerbForm)
+                t.pastForm = true;
+            if (e->flags & irregularPlural)
+                t.plural = true;
+        }
+        auto raise = [&](Tag tag, double value) { s[tag] = std::max(s[tag], value); };
+        // Regular inflections, a little below the base word's own standing.
+        for (const QString& base : stems(w, QStringLiteral("s"), false) + stems(w, QStringLiteral("es"), false)) {
+            const double n = scoreOf(base, noun);
+            const double v = scoreOf(base, verb);
+            if (n > absent) {
+                raise(tNoun, n - 0.3);
+                t.plural = true;
+            }
+            if (v > absent) {
+                raise(tVerb, v - 0.3);
+                t.thirdPerson = true;
+            }
+        }
+        if (w.endsWith(QLatin1String("ies")))
+            for (const QString& base : {w.chopped(3) + QLatin1Char('y')}) {
+                if (scoreOf(base, noun) > absent) {
+                    raise(tNoun, scoreOf(base, noun) - 0.3);
+                    t.plural = true;
+                }
+                if (scoreOf(base, verb) > absent) {
+                    raise(tVerb, scoreOf(base, verb) - 0.3);
+                    t.thirdPerson = true;
+                }
+            }
+        for (const QString& base : stems(w, QStringLiteral("ed"), true) + stems(w, QStringLiteral("d"), false)) {
+            const double v = scoreOf(base, verb);
+            if (v > absent) {
+                raise(tVerb, v);
+                raise(tAdjective, v - 2.0);
+                t.pastForm = true;
+            }
+        }
+        for (const QString& base : stems(w, QStringLiteral("ing"), true)) {
+            const double v = scoreOf(base, verb);
+            if (v > absent) {
+                raise(tVerb, v);
+                raise(tNoun, v - 1.5);
+                raise(tAdjective, v - 2.0);
+                t.ingForm = true;
+            }
+        }
+        for (const QString& suffix : {QStringLiteral("er"), QStringLiteral("est")}) {
+            for (const QString& base : stems(w, suffix, true)) {
+                const double a = scoreOf(base, adjective);
+                if (a > absent)
+                    raise(tAdjective, a - 0.3);
+            }
+        }
+        if (w.endsWith(QLatin1String("ly")) && w.size() > 4) {
+            QString base = w.chopped(2);
+            if (base.endsWith(QLatin1Char('i')))
+                base = base.chopped(1) + QLatin1Char('y');
+            if (scoreOf(base, adjective) > absent)
+                raise(tAdverb, scoreOf(base, adjective) + 1.0);
+        }
+        // Closed classes outrank WordNet's occasional noun or verb sense of a function word.
+        const bool functionWord = determiners().contains(w) || pronouns().contains(w) || prepositions().contains(w) ||
+                                  conjunctions().contains(w) || auxiliaries().contains(w);
+        if (functionWord) {
+            for (int c = 0; c < openClassCount; ++c)
+                s[c] -= 2.0;
+        }
+        if (determiners().contains(w))
+            raise(tDeterminer, closedClassScore + 1);
+        if (pronouns().contains(w))
+            raise(tPronoun, closedClassScore + (determiners().contains(w) ? 0.5 : 1));
+        if (prepositions().contains(w))
+            raise(tPreposition, closedClassScore + 0.5);
+        if (conjunctions().contains(w))
+            raise(tConjunction, closedClassScore + (prepositions().contains(w) ? 0 : 0.5));
+        if (closedAdverbs().contains(w))
+            raise(tAdverb, closedClassScore + (timeAdverbs().contains(w) ? 2.0 : 0.5));
+        if (auxiliaries().contains(w))
+            raise(tVerb, closedClassScore + 1);
+        bool any = false;
+        for (double v : s)
+            any = any || v > absent;
+        if (!any) {
+            // Not in any list: shape decides. Capitalised inside a sentence reads as a name.
+            if (w.endsWith(QLatin1String("ly")))
+                s[tAdverb] = 1;
+            else if (w.endsWith(QLatin1String("ing")) || w.endsWith(QLatin1String("ed")))
+                s[tVerb] = 1;
+            else
+                s[tNoun] = 1;
+        }
+    }
+};
+
+namespace {
+
+Tag best(const Scores& s)
+{
+    int top = 0;
+    for (int i = 1; i < tagCount; ++i) {
+        if (s[i] > s[top])
+            top = i;
+    }
+    return static_cast<Tag>(top);
+}
+
+std::vector<Token> tokenize(QStringView text, qsizetype offset)
+{
+    std::vector<Token> tokens;
+    const qsizetype n = text.size();
+    qsizetype i = 0;
+    while (i < n) {
+        const QChar c = text[i];
+        if (c.isSpace()) {
+            ++i;
+            continue;
+        }
+        Token t;
+        t.start = offset + i;
+        if (c.isLetterOrNumber()) {
+            qsizetype j = i + 1;
+            while (j < n) {
+                const QChar d = text[j];
+                const bool apostrophe =
+                    (d == QLatin1Char('\'') || d == QChar(0x2019)) && j + 1 < n && text[j + 1].isLetter();
+                if (d.isLetterOrNumber() || d.category() == QChar::Mark_NonSpacing || apostrophe ||
+                    (d == QLatin1Char('-') && j + 1 < n && text[j + 1].isLetter()))
+                    ++j;
+                else
+                    break;
+            }
+            t.isWord = true;
+            t.text = text.mid(i, j - i).toString();
+            i = j;
+        } else {
+            t.text = QString(c);
+            ++i;
+        }
+        t.end = offset + i;
+        t.lower = t.text.toLower().replace(QChar(0x2019), QLatin1Char('\''));
+        tokens.push_back(std::move(t));
+    }
+    return tokens;
+}
+
+bool isClauseBoundary(const Token* t)
+{
+    return !t || (!t->isWord && QStringLiteral(",.;:!?()\"").contains(t->text.front()));
+}
+
+bool canBe(const Token& t, Tag tag)
+{
+    return t.scores[tag] > absent;
+}
+
+bool nominal(Tag tag)
+{
+    return tag == tNoun || tag == tAdjective;
+}
+
+// Adjusts one word's scores by its neighbours. prev has its final tag, next only its own best guess.
+void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Token* next, bool sentenceStart)
+{
+    Scores& s = t.scores;
+    const QString& w = t.lower;
+    const QString prevWord = prev && prev->isWord ? prev->lower : QString();
+    const bool atEnd = isClauseBoundary(next);
+    const Tag nextTag = next && next->isWord ? next->tag : tNone;
+    auto add = [&](Tag tag, double value) {
+        if (s[tag] > absent)
+            s[tag] += value;
+    };
+
+    // Function words whose class depends on what follows.
+    if (w == QLatin1String("that")) {
+        if (!atEnd && nominal(nextTag) && !next->plural && !canBe(*next, tVerb))
+            s[tDeterminer] += 3;
+        else if (atEnd)
+            s[tPronoun] += 3;
+        else if (prev && prev->tag == tNoun)
+            s[tPronoun] += 2;
+        else if (prev && prev->tag == tVerb)
+            s[tConjunction] += 3;
+        else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
+            s[tPronoun] += 1.5;
+        return;
+    }
+    if (w == QLatin1String("her") || w == QLatin1String("his")) {
+        if (!atEnd && next->isWord && nextTag != tDeterminer && nextTag != tPronoun && nextTag != tPreposition &&
+            nextTag != tAdverb && !closedAdverbs().contains(next->lower) &&
+            (canBe(*next, tNoun) || canBe(*next, tAdjective)))
+            s[tDeterminer] += 2;
+        else
+            s[tPronoun] += 3;
+        return;
+    }
+    if (determiners().contains(w) && pronouns().contains(w)) {
+        const bool followedByNominal =
+            !atEnd && (nominal(nextTag) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
+            !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) && nextTag != tPreposition &&
+            nextTag != tDeterminer && nextTag != tPronoun;
+        if (followedByNominal)
+            s[tDeterminer] += 2;
+        else
+            s[tPronoun] += 2;
+        return;
+    }
+    if (conjunctions().contains(w) && (prepositions().contains(w) || closedAdverbs().contains(w))) {
+        const bool clauseFollows = next && next->isWord && subjectPronouns().contains(next->lower);
+        if (w == QLatin1String("so")) {
+            if (next && (nextTag == tAdjective || nextTag == tAdverb || canBe(*next, tAdjective)) && !clauseFollows)
+                s[tAdverb] += 3;
+            else
+                s[tConjunction] += 2;
+            return;
+        }
+        if (w == QLatin1String("yet")) {
+            if (atEnd)
+                s[tAdverb] += 3;
+            else if (!prev || isClauseBoundary(prev) || prevWord == QLatin1String("and"))
+                s[tConjunction] += 3;
+            return;
+        }
+        if (clauseFollows)
+            s[tConjunction] += 3;
+        else if (atEnd && canBe(t, tAdverb))
+            s[tAdverb] += 3;
+        else
+            s[tPreposition] += 1;
+        return;
+    }
+    const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
+                             prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
+    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext) {
+        if (atEnd && canBe(t, tAdverb))
+            s[tAdverb] += 3;
+        else if (isParticle(w) && prev && prev->tag == tVerb && matchesVerb(phrasalVerbs(), prevWord))
+            s[tAdverb] += 3;
+        else if (isParticle(w) && prevPrev && matchesVerb(phrasalVerbs(), prevPrev->lower) && prev->tag == tVerb)
+            s[tAdverb] += 3;
+        else
+            s[tPreposition] += 2;
+        return;
+    }
+    if (w == QLatin1String("like")) {
+        if (prev && (subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
+                     prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural)))
+            s[tVerb] += 6;
+        else if (beForms().contains(prevWord))
+            s[tPreposition] += 3;
+        return;
+    }
+    if (w == QLatin1String("home")) {
+        if (prev && (prev->tag == tDeterminer || prev->tag == tAdjective))
+            s[tNoun] += 4;
+        else if (prev && prev->tag == tPreposition)
+            s[tNoun] += 4;
+        else if (prev && prev->tag == tVerb)
+            s[tAdverb] += 4;
+        return;
+    }
+
+    // A degree word before an adjective or adverb modifies it.
+    if (degreeWords().contains(w) && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
+        !canBe(*next, tDeterminer)) {
+        s[tAdverb] += 4;
+        return;
+    }
+
+    // Open-class words.
+    if (prev && prev->tag == tDeterminer) {
+        add(tNoun, 3);
+        add(tAdjective, 1.5);
+        s[tVerb] -= 5;
+        s[tAdverb] -= 2;
+        s[tPronoun] -= 4;
+        s[tPreposition] -= 4;
+        if (!atEnd && next->isWord && canBe(*next, tNoun) && !next->pastForm && !next->thirdPerson &&
+            !canBe(*next, tPreposition) && !auxiliaries().contains(next->lower))
+            add(tAdjective, 3.5);
+        else if (!atEnd && next->isWord && (nextTag == tVerb || auxiliaries().contains(next->lower)))
+            add(tNoun, 3);
+    } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord)) {
+        add(tNoun, 2.5);
+        s[tVerb] -= 3;
+    }
+    if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
+        add(tVerb, 4);
+    if (modals().contains(prevWord) ||
+        (prevWord == QLatin1String("not") && prevPrev && modals().contains(prevPrev->lower)))
+        add(tVerb, 5);
+    if (subjectPronouns().contains(prevWord) && !t.ingForm) {
+        add(tVerb, 4);
+        s[tNoun] -= 2;
+        s[tAdjective] -= 2;
+    }
+    if (prev && prev->tag == tNoun && prev->plural && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
+        (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective))
+        add(tVerb, 2.5);
+    if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
+        (!prevPrev || prevPrev->tag != tPreposition))
+        add(tVerb, 2.5);
+    if (beForms().contains(prevWord) ||
+        (prevWord == QLatin1String("not") && prevPrev && beForms().contains(prevPrev->lower))) {
+        const bool adverbFollows = next && next->isWord && closedAdverbs().contains(next->lower);
+        if (adverbFollows && canBe(t, tAdverb))
+            add(tAdverb, 2);
+        else
+            add(tAdjective, 3);
+        if (t.ingForm)
+            add(tVerb, 3.5);
+        else if (t.pastForm)
+            add(tVerb, 2.0);
+        if (t.pastForm && next && next->lower == QLatin1String("by"))
+            add(tVerb, 3.5);
+        s[tNoun] -= 1;
+    }
+    if (prev && prev->tag == tVerb && !beForms().contains(prevWord) && matchesVerb(linkingVerbs(), prevWord) &&
+        canBe(t, tAdjective) && (atEnd || nextTag == tPreposition))
+        add(tAdjective, 3);
+    if (haveForms().contains(prevWord) && t.pastForm)
+        add(tVerb, 5);
+    if (degreeWords().contains(prevWord)) {
+        const bool modifiesVerb = prevPrev && prevPrev->tag == tVerb && !beForms().contains(prevPrev->lower);
+        add(tAdjective, modifiesVerb ? 1.0 : 3.0);
+        add(tAdverb, modifiesVerb ? 3.5 : 1.5);
+        s[tNoun] -= 3;
+        s[tVerb] -= 3;
+    }
+    if (sentenceStart || prevWord == QLatin1String("please")) {
+        // An imperative: a bare verb followed by what it acts on.
+        const bool objectFollows =
+            next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition || nextTag == tAdverb ||
+                     possessives().contains(next->lower) || isClauseBoundary(next));
+        if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
+            !(next && auxiliaries().contains(next->lower)))
+            add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
+        if (next && next->isWord && (auxiliaries().contains(next->lower) || nextTag == tVerb)) {
+            add(tNoun, 3);
+            if (t.ingForm)
+                add(tNoun, 2);
+        }
+        if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
+            add(tAdjective, 2.5);
+    }
+    // After a verb and at the end of the clause: how, not what.
+    if (atEnd && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
+        canBe(t, tAdverb) && !modals().contains(prevWord))
+        add(tAdverb, 2.5);
+    if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
+        prevPrev->tag == tVerb)
+        add(tAdverb, 1);
+    if (atEnd && (beForms().contains(prevWord)) && canBe(t, tAdjective))
+        add(tAdjective, 1);
+    if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
+        add(tAdverb, 1.5);
+}
+
+} // namespace
+
+WordNetLexicalTagger::WordNetLexicalTagger(const QString& lexiconPath)
+    : m_lexicon(QFileInfo::exists(lexiconPath) ? EnglishLexicon::open(lexiconPath) : nullptr)
+{}
+
+WordNetLexicalTagger::~WordNetLexicalTagger() = default;
+
+QString WordNetLexicalTagger::defaultLexiconPath()
+{
+    const QString directory = LanguageModelRecognizer::defaultModelDirectory();
+    return directory.isEmpty() ? QString() : directory + QStringLiteral("/en.lexicon");
+}
+
+std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& sentence, qsizetype wordStart,
+                                                               qsizetype wordLength) const
+{
+    if (wordStart < 0 || wordLength <= 0 || wordStart >= sentence.size())
+        return std::nullopt;
+    const qsizetype from = std::max<qsizetype>(0, wordStart - contextReach);
+    const qsizetype to = std::min(sentence.size(), wordStart + wordLength + contextReach);
+    std::vector<Token> tokens = tokenize(QStringView(sentence).mid(from, to - from), from);
+
+    qsizetype target = -1;
+    for (qsizetype i = 0; i < static_cast<qsizetype>(tokens.size()); ++i) {
+        const Token& t = tokens[static_cast<std::size_t>(i)];
+        if (t.isWord && t.end > wordStart && t.start < wordStart + wordLength) {
+            target = i;
+            break;
+        }
+    }
+    if (target < 0)
+        return std::nullopt;
+
+    // Words after the target's right neighbour cannot change its class.
+    tokens.resize(std::min(tokens.size(), static_cast<std::size_t>(target) + 3));
+    const WordNetLexicalTaggerContext context{m_lexicon.get()};
+    for (Token& t : tokens) {
+        if (t.isWord) {
+            context.analyse(t);
+            t.tag = best(t.scores);
+        }
+    }
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+        if (tokens[i].isWord && pluralDeterminers().contains(tokens[i - 1].lower))
+            tokens[i].plural = true; // "many people", "three days"
+    }
+    // Left to right, each word settles with its left neighbour settled and its right one guessed.
+    for (qsizetype i = 0; i <= target; ++i) {
+        Token& t = tokens[static_cast<std::size_t>(i)];
+        if (!t.isWord)
+            continue;
+        const Token* prev = i > 0 ? &tokens[static_cast<std::size_t>(i - 1)] : nullptr;
+        const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
+        const Token* next =
+            i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
+        const bool sentenceStart = !prev || (!prev->isWord && QStringLiteral(".!?\"(").contains(prev->text));
+        applyContext(t, prev, prevPrev, next, sentenceStart);
+        t.tag = best(t.scores);
+    }
+
+    switch (tokens[static_cast<std::size_t>(target)].tag) {
+    case tNoun:
+        return LexicalClass::noun;
+    case tVerb:
+        return LexicalClass::verb;
+    case tAdjective:
+        return LexicalClass::adjective;
+    case tAdverb:
+        return LexicalClass::adverb;
+    case tPreposition:
+        return LexicalClass::preposition;
+    case tConjunction:
+        return LexicalClass::conjunction;
+    case tPronoun:
+        return LexicalClass::pronoun;
+    case tDeterminer:
+        return LexicalClass::determiner;
+    case tNone:
+    case tagCount:
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace tolvane

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QProcess>
+#include <QTest>
+
+class TestLanguageCommands : public QObject
+{
+    Q_OBJECT
+private:
+    static QPair<int, QString> run(const QStringList& arguments)
+    {
+        QProcess process;
+        process.start(QStringLiteral(TOLVANE_BINARY_DIR "/src/tolvane"), arguments);
+        if (!process.waitForFinished(30000))
+            return {-1, QString()};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput())};
+    }
+
+private Q_SLOTS:
+    void detectPrintsTheDirectionAndBothProbabilities()
+    {
+        const auto [code, output] =
+            run({"detect", "--target", "fr", "Les", "enfants", "jouent", "dans", "le", "jardin."});
+        QCOMPARE(code, 0);
+        QVERIFY2(QRegularExpression(QStringLiteral("^targetToEnglish en=0\\.\\d\\d fr=(0\\.\\d\\d|1\\.00)\n$"))
+                     .match(output)
+                     .hasMatch(),
+                 qPrintable(output));
+        QVERIFY(run({"detect", "--target", "fr", "The children play."}).second.startsWith("englishToTarget en="));
+        QCOMPARE(run({"detect", "--target"}).first, 2);
+    }
+
+    void readingPrintsTheReadingOrNothing()
+    {
+        QCOMPARE(run({"reading", "--target", "ja", "図書館"}), qMakePair(0, QStringLiteral("としょかん\n")));
+        QCOMPARE(run({"reading", "--target", "zh-Hans", "图书馆"}), qMakePair(0, QStringLiteral("tú shū guǎn\n")));
+        QCOMPARE(run({"reading", "--target", "ja", "ひらがな"}), qMakePair(0, QString()));
+        QCOMPARE(run({"reading", "ja"}).first, 0);
+    }
+
+    void posPrintsTheAbbreviationOrNothing()
+    {
+        QCOMPARE(run({"pos", "They will paint the fence.", "paint"}), qMakePair(0, QStringLiteral("v.\n")));
+        QCOMPARE(run({"pos", "The paint is dry.", "paint"}), qMakePair(0, QStringLiteral("n.\n")));
+        QCOMPARE(run({"pos", "Wow, look!", "Wow"}), qMakePair(0, QString()));
+        QCOMPARE(run({"pos", "only one argument"}).first, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLanguageCommands)
+#include "tst_LanguageCommands.moc"

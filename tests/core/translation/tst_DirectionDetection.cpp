@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/translation/DirectionDetection.h"
+#include "core/translation/LanguageTable.h"
+#include "fakes/FakePlatform.h"
+
+#include <QTest>
+
+#include <limits>
+
+using namespace tolvane;
+
+namespace {
+
+LanguageHypotheses hypotheses(const QString& dominant, double english, const QString& target, double other)
+{
+    LanguageHypotheses result;
+    result.dominant = dominant;
+    result.probability.insert(QStringLiteral("en"), english);
+    result.probability.insert(target, other);
+    return result;
+}
+
+} // namespace
+
+class TestDirectionDetection : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void theTableIsInPickerOrderWithItsColumns()
+    {
+        QStringList codes;
+        for (const LanguageOption& option : languageOptions())
+            codes.append(option.code);
+        QCOMPARE(codes, QStringList({"zh-Hans", "fr", "de", "it", "ja", "ko", "pt", "ru", "es"}));
+
+        const LanguageOption* chinese = findLanguageOption(QStringLiteral("zh-Hans"));
+        QVERIFY(chinese);
+        QCOMPARE(chinese->name, QStringLiteral("Chinese (Simplified)"));
+        QCOMPARE(labelCode(QStringLiteral("zh-Hans")), QStringLiteral("ZH"));
+        QCOMPARE(languageShortName(QStringLiteral("zh-Hans")), QStringLiteral("Chinese"));
+
+        QCOMPARE(findLanguageOption(QStringLiteral("pt"))->flag, QStringLiteral("\U0001F1E7\U0001F1F7"));
+        QCOMPARE(speechLocaleCode(QStringLiteral("pt")), QStringLiteral("pt-BR"));
+        QVERIFY(!findLanguageOption(QStringLiteral("en")));
+    }
+
+    void unknownCodesDegradeToTheCodeItself()
+    {
+        QCOMPARE(labelCode(QStringLiteral("sv")), QStringLiteral("SV"));
+        QCOMPARE(languageShortName(QStringLiteral("sv")), QStringLiteral("SV"));
+        QCOMPARE(speechLocaleCode(QStringLiteral("sv")), QStringLiteral("sv"));
+        QCOMPARE(recognitionLanguages(QStringLiteral("sv")), QStringList({"en-US", "sv"}));
+    }
+
+    void recognitionLanguagesLeaveOutExcludedScripts()
+    {
+        QCOMPARE(recognitionLanguages(QStringLiteral("ja")), QStringList({"en-US"}));
+        QCOMPARE(recognitionLanguages(QStringLiteral("zh-Hans")), QStringList({"en-US"}));
+        QCOMPARE(recognitionLanguages(QStringLiteral("ko")), QStringList({"en-US"}));
+        QCOMPARE(recognitionLanguages(QStringLiteral("pt")), QStringList({"en-US", "pt-BR"}));
+        QCOMPARE(recognitionLanguages(QStringLiteral("ru")), QStringList({"en-US", "ru-RU"}));
+    }
+
+    void labelsUseTheArrowWithSpaces()
+    {
+        QCOMPARE(makeDirectionLabel(DetectedDirection::englishToTarget, QStringLiteral("ru")),
+                 QStringLiteral("EN \u2192 RU"));
+        QCOMPARE(makeDirectionLabel(DetectedDirection::targetToEnglish, QStringLiteral("zh-Hans")),
+                 QStringLiteral("ZH \u2192 EN"));
+        QCOMPARE(makeDirectionLabel(QStringLiteral("fr")), QStringLiteral("EN \u2192 FR"));
+        QCOMPARE(languagePair(DetectedDirection::targetToEnglish, QStringLiteral("fr")),
+                 (LanguagePair{QStringLiteral("fr"), QStringLiteral("en")}));
+        QCOMPARE(languagePair(DetectedDirection::englishToTarget, QStringLiteral("fr")),
+                 (LanguagePair{QStringLiteral("en"), QStringLiteral("fr")}));
+    }
+
+    void detectionTrustsOnlyConfidentTargetAnswers_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("dominant");
+        QTest::addColumn<double>("targetProbability");
+        QTest::addColumn<bool>("asked");
+        QTest::addColumn<DetectedDirection>("expected");
+        const auto e2t = DetectedDirection::englishToTarget;
+        const auto t2e = DetectedDirection::targetToEnglish;
+        const QString sentence = QStringLiteral("Il pleut depuis trois jours.");
+        QTest::newRow("confident French") << "fr" << sentence << "fr" << 0.9 << true << t2e;
+        QTest::newRow("exactly the threshold") << "fr" << sentence << "fr" << 0.6 << true << t2e;
+        QTest::newRow("weak French") << "fr" << sentence << "fr" << 0.55 << true << e2t;
+        QTest::newRow("not a number") << "fr" << sentence << "fr" << std::numeric_limits<double>::quiet_NaN() << true
+                                      << e2t;
+        QTest::newRow("no dominant language") << "fr" << sentence << "" << 0.9 << true << e2t;
+        QTest::newRow("dominant without a hypothesis") << "fr" << sentence << "de" << 0.9 << true << e2t;
+        QTest::newRow("two letters padded") << "fr"
+                                            << "  le \n"
+                                            << "fr" << 0.99 << false << e2t;
+        QTest::newRow("two graphemes, many units") << "fr"
+                                                   << "e\u0301e\u0301"
+                                                   << "fr" << 0.99 << false << e2t;
+        QTest::newRow("excluded Japanese") << "ja"
+                                           << "\u56F3\u66F8\u9928\u3067\u3059"
+                                           << "ja" << 0.99 << false << e2t;
+        QTest::newRow("excluded Korean") << "ko"
+                                         << "\uD559\uAD50\uC5D0"
+                                         << "ko" << 0.99 << false << e2t;
+    }
+
+    void detectionTrustsOnlyConfidentTargetAnswers()
+    {
+        QFETCH(QString, target);
+        QFETCH(QString, text);
+        QFETCH(QString, dominant);
+        QFETCH(double, targetProbability);
+        QFETCH(bool, asked);
+        QFETCH(DetectedDirection, expected);
+
+        FakeLanguageRecognizer recognizer;
+        LanguageHypotheses answer = hypotheses(dominant, 1.0 - targetProbability, target, targetProbability);
+        if (dominant == QLatin1String("de"))
+            answer.probability.remove(QStringLiteral("de"));
+        recognizer.answers.insert(text.trimmed(), answer);
+
+        QCOMPARE(detectDirection(text, target, recognizer), expected);
+        QCOMPARE(!recognizer.queries.isEmpty(), asked);
+        if (asked) {
+            QCOMPARE(recognizer.queries.first().first, text.trimmed());
+            QCOMPARE(recognizer.queries.first().second, QStringList({"en", target}));
+        }
+    }
+
+    void hanTestCoversTheThreeBlocks()
+    {
+        QVERIFY(containsHanCharacters(QStringLiteral("\u56F3")));
+        QVERIFY(containsHanCharacters(QStringLiteral("a\u3400")));
+        QVERIFY(containsHanCharacters(QString::fromUcs4(U"\U00020000")));
+        QVERIFY(!containsHanCharacters(QStringLiteral("\u3068\u3057\u3087")));
+        QVERIFY(!containsHanCharacters(QString()));
+        QVERIFY(!containsHanCharacters(QString::fromUcs4(U"\U0002FA20")));
+    }
+
+    void readingsComeOnlyForHanTextAndOnlyWhenNew()
+    {
+        FakeTransliterator transliterator;
+        const QString library = QStringLiteral("\u56FE\u4E66\u9986");
+        const QString japaneseLibrary = QStringLiteral("\u56F3\u66F8\u9928");
+        transliterator.pinyinReadings.insert(library, QStringLiteral(" t\u00FA sh\u016B gu\u01CEn "));
+        transliterator.hiraganaReadings.insert(japaneseLibrary, QStringLiteral("\u3068\u3057\u3087\u304B\u3093"));
+        transliterator.hiraganaReadings.insert(QStringLiteral("\u3072\u3089"), QStringLiteral("\u3072\u3089"));
+        transliterator.pinyinReadings.insert(QStringLiteral("\u4E2D"), QStringLiteral("\u4E2D"));
+
+        QCOMPARE(pronunciationReading(library, QStringLiteral("zh-Hans"), transliterator),
+                 QStringLiteral("t\u00FA sh\u016B gu\u01CEn"));
+        QCOMPARE(pronunciationReading(japaneseLibrary, QStringLiteral("ja"), transliterator),
+                 QStringLiteral("\u3068\u3057\u3087\u304B\u3093"));
+        QCOMPARE(pronunciationReading(library, QStringLiteral("ko"), transliterator), std::nullopt);
+        QCOMPARE(pronunciationReading(QStringLiteral("\u3072\u3089"), QStringLiteral("ja"), transliterator),
+                 std::nullopt);
+        QCOMPARE(pronunciationReading(QStringLiteral("\u4E2D"), QStringLiteral("zh-Hans"), transliterator),
+                 std::nullopt);
+        QCOMPARE(pronunciationReading(QStringLiteral("\u6C34"), QStringLiteral("zh-Hans"), transliterator),
+                 std::nullopt);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDirectionDetection)
+#include "tst_DirectionDetection.moc"
