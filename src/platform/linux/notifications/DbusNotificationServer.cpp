@@ -68,7 +68,7 @@ void DbusNotificationServer::notify(const ServerNotification& notification, Noti
         return;
     }
     QVariantMap hints;
-    // The specification asks for a byte here; some servers reject any other type.
+    // The notification protocol defines urgency as a byte; some servers reject any other type.
     hints.insert(QStringLiteral("urgency"), QVariant::fromValue(uchar(1)));
     hints.insert(QStringLiteral("desktop-entry"), QStringLiteral("tolvane"));
     if (notification.sound)
