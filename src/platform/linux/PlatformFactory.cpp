@@ -5,6 +5,7 @@
 #include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/QtScreenService.h"
+#include "platform/linux/translation/DictionaryTranslationEngine.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -20,6 +21,7 @@ PlatformServices createPlatformServices()
         std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
+    services.translationEngine = std::make_unique<DictionaryTranslationEngine>();
     return services;
 }
 
