@@ -143,7 +143,7 @@ Result<DictionaryFile*> DictionaryTranslationEngine::pair(const QString& sourceC
         return opened.error();
     DictionaryFile* file = opened.value().get();
     m_pairs.insert(key, std::shared_ptr<DictionaryFile>(std::move(opened).value()));
-    qCInfo(lcDictionaryEngine) << "loaded" << key << "from" << path << "with" << file->entryCount() << "entries";
+    qCDebug(lcDictionaryEngine) << "loaded" << key << "from" << path << "with" << file->entryCount() << "entries";
     return file;
 }
 
