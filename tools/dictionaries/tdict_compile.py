@@ -95,7 +95,9 @@ def pos_of(tags):
 
 
 def clean(text, english):
-    text = PARENS.sub(" ", text)
+    previous = None
+    while previous != text:  # nested brackets: "dog (Canis (lupus) familiaris)"
+        previous, text = text, PARENS.sub(" ", text)
     text = text.replace("sb.", " ").replace("sth.", " ").replace("smb.", " ").replace("smth.", " ")
     text = re.sub(r"\s+", " ", text).strip(" .;:!?-–—/\"'")
     if english:
@@ -130,8 +132,11 @@ class Sense:
 class Table:
     """One direction as read from its source: headword -> senses in the source's order."""
 
-    def __init__(self, source):
+    def __init__(self, source, order_weight=0.9):
         self.source = source
+        # How much the source's order of senses says: much for dictionaries ordered by meaning,
+        # little for lists that are alphabetical or give one entry per sense in no order.
+        self.order_weight = order_weight
         self.senses = defaultdict(list)
         self.redirects = {}
         self.common = set()  # headwords the source marks as common
@@ -284,7 +289,7 @@ def read_edict(table):
                     pos = edict_pos(tags)
                     current = None
                 if tags:
-                    rare = any(t in EDICT_RARE for t in tags) and "uk" not in tags or rare and current is not None
+                    rare = any(t in EDICT_RARE for t in tags)
                 word_en = clean(field, True)
                 if not word_en or len(word_en) > 50:
                     continue
@@ -323,10 +328,10 @@ def read_cedict(path, table):
                 if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
                                    "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                     continue
-                domain = proper or field.startswith(("(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)",
+                domain = proper or field.startswith(("(bound form)", "(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)",
                                                      "(Internet slang)", "(coll.)", "(Cantonese)", "(physics)",
                                                      "(math.)", "(chemistry)", "(medicine)", "(Buddhism)"))
-                pos = "v" if low.startswith("to ") else ""
+                pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
                 cands = [clean(c, True) for c in field.split(";")]
                 cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
                 if cands:
@@ -347,9 +352,10 @@ def read_korean(path, table_ko_en, table_en_ko):
             if len(parts) < 3:
                 continue
             lemma, pos, glosses = parts[0], parts[1], parts[2]
+            first = len(table_ko_en.senses.get(lemma, []))  # a second line of a lemma ranks after the first
             for order, sense in enumerate(glosses.split("|")):
                 cands = [c.strip() for c in sense.split(";") if c.strip()]
-                table_ko_en.add(lemma, Sense(pos, cands, False, order))
+                table_ko_en.add(lemma, Sense(pos, cands, False, first + order))
             table_ko_en.common.add(lemma)
 
 
@@ -375,31 +381,46 @@ def analyser_forms(code):
     import subprocess
     path = os.path.join(APERTIUM, ANALYSERS.get(code, "-"))
     forms = defaultdict(list)
+    lemmas = set()
     if code not in ANALYSERS or not os.path.exists(path):
-        return forms
+        return forms, lemmas
     try:
         out = subprocess.run(["lt-paradigm", "-a", path], input="*<*>\n", capture_output=True, text=True,
                              timeout=600).stdout
     except (OSError, subprocess.SubprocessError):
-        return forms
+        return forms, lemmas
     for line in out.split("\n"):
         analysis, sep, form = line.rpartition(":")
         if not sep or not form or "<np>" in analysis:
             continue
         lemma, _, tags = analysis.partition("<")
+        if lemma == form:
+            lemmas.add(form)
         pos = APERTIUM_POS.get(tags.split(">")[0], "")
         # Forms with clitics attached ("dá-lo-ei") would multiply the file for little gain.
         if "-" in form or " " in form or "_" in form or len(form) > len(lemma) + 5:
             continue
         if lemma and form != lemma and "#" not in lemma and (lemma, pos) not in forms[form]:
             forms[form].append((lemma, pos))
-    return forms
+    return forms, lemmas
 
 
-def add_lemma_links(entries, forms):
-    """Inflected forms missing from the dictionary point to their lemmas that it has."""
+def add_lemma_links(entries, forms, confidence, lemma_forms):
+    """Inflected forms point to their lemmas: where the dictionary lacks the form, and where its
+    own entry for the form is a rare word that merely looks like it ("fait" the adjective)."""
     for form, lemmas in forms.items():
         if form in entries:
+            own = confidence.get(form)
+            best = max((confidence.get(l, -99) for l, _ in lemmas), default=-99)
+            if own is None or entries[form][0].startswith(">"):
+                continue
+            if form in lemma_forms and best < own + 2.5:
+                continue
+            if form not in lemma_forms and best < own:
+                continue
+            links = [">" + l + ("\t" + p if p else "") for l, p in lemmas
+                     if l in entries and not entries[l][0].startswith(">") and confidence.get(l, -99) > own]
+            entries[form] = links[:2] + entries[form]
             continue
         links = []
         for lemma, pos in lemmas:
@@ -453,7 +474,7 @@ def first_positions(table):
         best = {}
         for s in senses:
             for j, c in enumerate(s.cands):
-                rank = s.order + j * 0.3 + (3 if s.domain else 0)
+                rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
                 low = c.lower()
                 if low not in best or rank < best[low]:
                     best[low] = rank
@@ -509,6 +530,8 @@ def rank_direction(direction):
         penalty = 0.0
         if words > 1:
             penalty += 1.5 + 0.5 * (words - 2)
+        if words > 4 or "…" in cand or "..." in cand:
+            penalty += 20
         if len(cand) > 25:
             penalty += 1.0
         if cand[:1].isupper() and english_target and cand not in ("I",):
@@ -522,7 +545,7 @@ def rank_direction(direction):
         for key, senses in table.senses.items():
             for s in senses:
                 for j, cand in enumerate(s.cands):
-                    score = -0.9 * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
+                    score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
                     back = back_translates(key, cand)
                     if back is not None:
                         score += 3.0 - min(back, 6) * 0.4
@@ -537,7 +560,7 @@ def rank_direction(direction):
                 for j, cand in enumerate(s.cands):
                     # cand is a word of our source language; original translates it.
                     key = cand
-                    rank = s.order + j * 0.3 + (3 if s.domain else 0)
+                    rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
                     score = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original)
                     score += 0.3 * frequency_bonus(original)
                     if original.lower() in direction.common or original in direction.common:
@@ -552,8 +575,10 @@ def rank_direction(direction):
                     offer(key, original, s.pos, score)
 
     result = {}
+    confidence = {}
     for key, cands in cands_by_key.items():
         ranked = sorted(cands.values(), key=lambda e: -e[0])[:8]
+        confidence[key] = ranked[0][0]
         # Group by part of speech in the order their best candidates come.
         groups, order = {}, []
         for score, pos, cand in ranked:
@@ -568,7 +593,7 @@ def rank_direction(direction):
     for form, lemma in redirects.items():
         if form not in result:
             result[form] = [">" + lemma]
-    return result
+    return result, confidence
 
 
 # ---------------------------------------------------------------------------------------------
@@ -651,6 +676,8 @@ def main(argv):
             continue
         to_target = table(f"en-{code}", "freedict", lambda t, fd=fd: read_freedict(f"freedict-eng-{fd}", True, False, t))
         to_english = table(f"{code}-en", "freedict", lambda t, fd=fd: read_freedict(f"freedict-{fd}-eng", False, True, t))
+        weight = 0.15 if code == "de" else 0.3
+        to_target.order_weight = to_english.order_weight = weight
         texts = [c for ss in to_target.senses.values() for s in ss for c in s.cands]
         texts += list(to_english.senses.keys())
         freq = token_counts(texts, r"[^\W\d_]+")
@@ -691,10 +718,11 @@ def main(argv):
         pair = f"{d.source}-{d.target}"
         if only is not None and pair not in only:
             continue
-        entries = rank_direction(d)
+        entries, confidence = rank_direction(d)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
-        add_lemma_links(entries, form_cache[d.source])
+        forms, lemma_forms = form_cache[d.source]
+        add_lemma_links(entries, forms, confidence, lemma_forms)
         meta = [("direction", pair), ("format", "1")]
         for s in sorted(d.sources):
             meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))

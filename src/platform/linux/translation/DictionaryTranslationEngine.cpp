@@ -252,6 +252,12 @@ std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const Diction
 {
     if (word.isEmpty() || word.size() > longestWord)
         return std::nullopt;
+    if (const QString irregular = Lemmatizer::irregularLemma(word, sourceLanguage); !irregular.isEmpty()) {
+        if (auto found = entryFor(file, irregular, {}, 0)) {
+            found->word = word;
+            return found;
+        }
+    }
     if (auto exact = entryFor(file, word, {}, 0))
         return exact;
     const QString lower = word.toLower();

@@ -100,6 +100,13 @@ QStringList Lemmatizer::guesses(const QString& word, const QString& language)
     return {};
 }
 
+QString Lemmatizer::irregularLemma(const QString& word, const QString& language)
+{
+    if (language != QLatin1String("de"))
+        return {};
+    return germanIrregular().value(word);
+}
+
 QStringList Lemmatizer::english(const QString& w)
 {
     QStringList out;

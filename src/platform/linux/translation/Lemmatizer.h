@@ -14,6 +14,9 @@ class Lemmatizer final
 {
 public:
     static QStringList guesses(const QString& word, const QString& language);
+    // A form so irregular that it must be read as its lemma even when the dictionary has a
+    // look-alike headword (German "bin" is "sein", not the English word).
+    static QString irregularLemma(const QString& word, const QString& language);
 
 private:
     static QStringList english(const QString& word);
