@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/translation/DictionaryFile.h"
+#include "platform/linux/translation/DictionaryTranslationEngine.h"
+#include "platform/linux/translation/Lemmatizer.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <map>
+
+using namespace tolvane;
+
+namespace {
+
+void appendU32(QByteArray& out, quint32 v)
+{
+    for (int i = 0; i < 4; ++i)
+        out.append(char((v >> (8 * i)) & 0xFF));
+}
+
+// Writes a dictionary in the compiler's format: the entries given as headword -> value lines.
+QByteArray buildDictionary(const std::map<QByteArray, QByteArray>& entries, const QByteArray& meta = "direction: xx-yy")
+{
+    QByteArray index, blob;
+    for (const auto& [key, value] : entries) { // std::map keeps byte order, as the file must
+        appendU32(index, quint32(blob.size()));
+        appendU32(index, quint32(key.size()));
+        blob += key;
+        appendU32(index, quint32(blob.size()));
+        appendU32(index, quint32(value.size()));
+        blob += value;
+    }
+    QByteArray file("TDICT\x01\x00\x00", 8);
+    const quint32 indexOffset = 32, blobOffset = indexOffset + quint32(index.size());
+    appendU32(file, quint32(entries.size()));
+    appendU32(file, indexOffset);
+    appendU32(file, blobOffset);
+    appendU32(file, quint32(blob.size()));
+    appendU32(file, blobOffset + quint32(blob.size()));
+    appendU32(file, quint32(meta.size()));
+    return file + index + blob + meta;
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+} // namespace
+
+class TestDictionaryTranslationEngine final : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("en-ru.tdict")),
+                          buildDictionary({
+                              {"go", "n\tго (игра)\nv\tидти|ходить|ехать"},
+                              {"went", ">go\tv"},
+                              {"house", "n\tдом|жилище|здание|семья"},
+                              {"loop", ">loop"},
+                              {"the", "det\t"},
+                              {"big", "adj\tбольшой"},
+                          },
+                                          "direction: en-ru\nsource: test data; licence GPL-3.0-or-later")));
+        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("de-en.tdict")),
+                          buildDictionary({{"Haus", "n\thouse|home"}, {"sein", "v\tbe"}, {"bin", "n\tbin"},
+                                           {"Tag", "n\tday"}, {"gehen", "v\tgo|walk"}})));
+        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("zh-en.tdict")),
+                          buildDictionary({{"我", "pron\tI|me"}, {"吃", "v\teat"}, {"苹果", "n\tapple"}, {"苹", "n\tapple (bound)"}})));
+        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("ko-en.tdict")),
+                          buildDictionary({{"먹다", "v\teat"}, {"책", "n\tbook"}, {"높다", "adj\thigh|tall"}, {"공부하다", "v\tstudy"}})));
+    }
+
+    void wordsAreFoundByFormCaseAndLemma()
+    {
+        DictionaryTranslationEngine engine({m_dir.path()});
+        QCOMPARE(engine.translate(QStringLiteral("house"), QStringLiteral("en"), QStringLiteral("ru")).value(),
+                 QStringLiteral("дом, жилище, здание")); // at most three translations
+        QCOMPARE(engine.translate(QStringLiteral("HOUSE"), QStringLiteral("en"), QStringLiteral("ru")).value(),
+                 QStringLiteral("дом, жилище, здание"));
+        // A past tense links to its lemma and names the class, so the verb wins over the game.
+        auto went = engine.lookUpWord(QStringLiteral("went"), QStringLiteral("en"), QStringLiteral("ru"));
+        QVERIFY(went.ok());
+        QCOMPARE(went.value().lemma, QStringLiteral("go"));
+        QCOMPARE(went.value().lexicalClass, QStringLiteral("v"));
+        QCOMPARE(went.value().gloss(), QStringLiteral("идти, ходить, ехать"));
+        QCOMPARE(went.value().word, QStringLiteral("went"));
+        // Regular endings come off when the dictionary has the result.
+        QCOMPARE(engine.lookUpWord(QStringLiteral("houses"), QStringLiteral("en"), QStringLiteral("ru")).value().lemma,
+                 QStringLiteral("house"));
+        // German: irregular forms beat look-alike headwords; nouns are found without their capital.
+        QCOMPARE(engine.translate(QStringLiteral("bin"), QStringLiteral("de"), QStringLiteral("en")).value(), QStringLiteral("be"));
+        QCOMPARE(engine.translate(QStringLiteral("haus"), QStringLiteral("de"), QStringLiteral("en")).value(),
+                 QStringLiteral("house, home"));
+        QCOMPARE(engine.translate(QStringLiteral("Tage"), QStringLiteral("de"), QStringLiteral("en")).value(), QStringLiteral("day"));
+        // Korean endings and particles.
+        QCOMPARE(engine.translate(QStringLiteral("먹었어요"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("eat"));
+        QCOMPARE(engine.translate(QStringLiteral("책을"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("book"));
+        QCOMPARE(engine.translate(QStringLiteral("높습니다"), QStringLiteral("ko"), QStringLiteral("en")).value(),
+                 QStringLiteral("high, tall"));
+        QCOMPARE(engine.translate(QStringLiteral("공부해요"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("study"));
+    }
+
+    void passagesAreGlossedWordByWordKeepingUnknownWords()
+    {
+        DictionaryTranslationEngine engine({m_dir.path()});
+        QCOMPARE(engine.translate(QStringLiteral("The big house, Zorg!"), QStringLiteral("en"), QStringLiteral("ru")).value(),
+                 QStringLiteral("The большой дом, Zorg!"));
+        // Chinese has no spaces: the longest headword wins at each position.
+        QCOMPARE(engine.translate(QStringLiteral("我吃苹果。"), QStringLiteral("zh"), QStringLiteral("en")).value(),
+                 QStringLiteral("I eat apple。"));
+    }
+
+    void badInputGivesAClearErrorAndNeverHangs()
+    {
+        DictionaryTranslationEngine engine({m_dir.path()});
+        const QString en = QStringLiteral("en"), ru = QStringLiteral("ru");
+        QCOMPARE(engine.translate(QStringLiteral("  \n"), en, ru).error().message, QStringLiteral("There is no text to translate."));
+        QVERIFY(!engine.translate(QStringLiteral("?!… — ;"), en, ru).ok());
+        QVERIFY(!engine.translate(QStringLiteral("zzzq"), en, ru).ok());
+        // A link that points at itself is followed once, not forever.
+        QVERIFY(!engine.translate(QStringLiteral("loop"), en, ru).ok());
+        // 100 kB of text: cut to what a card can show, glossed without trouble.
+        const QString big = QStringLiteral("house ").repeated(17000);
+        auto long_ = engine.translate(big, en, ru);
+        QVERIFY(long_.ok());
+        QVERIFY(long_.value().startsWith(QStringLiteral("дом дом")));
+        QVERIFY(long_.value().size() < big.size());
+        // Mixed scripts: what is known is glossed, the rest kept.
+        QCOMPARE(engine.translate(QStringLiteral("house 我"), en, ru).value(), QStringLiteral("дом 我"));
+        // A language Tolvane does not know.
+        QCOMPARE(engine.translate(QStringLiteral("hus"), QStringLiteral("sv"), en).error().message,
+                 QStringLiteral("Tolvane cannot translate from SV to English."));
+        QCOMPARE(engine.availability(QStringLiteral("sv"), en), LanguageAvailability::unsupported);
+    }
+
+    void aMissingPairSaysHowToInstallIt()
+    {
+        DictionaryTranslationEngine engine({m_dir.path()});
+        QCOMPARE(engine.availability(QStringLiteral("en"), QStringLiteral("ko")), LanguageAvailability::supported);
+        QCOMPARE(engine.availability(QStringLiteral("en"), QStringLiteral("ru")), LanguageAvailability::installed);
+        const auto prepared = engine.prepare(QStringLiteral("en"), QStringLiteral("ko"));
+        QVERIFY(!prepared.ok());
+        QCOMPARE(prepared.error().message, QStringLiteral("The English → Korean dictionary is not installed. Run scripts/setup."));
+        QCOMPARE(engine.prepare(QStringLiteral("en"), QStringLiteral("zh-Hans")).error().message,
+                 QStringLiteral("The English → Chinese dictionary is not installed. Run scripts/setup."));
+        QVERIFY(engine.prepare(QStringLiteral("en"), QStringLiteral("ru")).ok());
+    }
+
+    void damagedFilesAreRefused()
+    {
+        const QByteArray good = buildDictionary({{"a", "n\tx"}, {"b", "n\ty"}});
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("en-fr.tdict"));
+
+        QVERIFY(writeFile(path, good));
+        auto opened = DictionaryFile::open(path);
+        QVERIFY(opened.ok());
+        QCOMPARE(opened.value()->entryCount(), 2u);
+        QCOMPARE(opened.value()->metadata(QStringLiteral("direction")), QStringList{QStringLiteral("xx-yy")});
+
+        for (int cut : {0, 10, 31, 40, int(good.size()) - 3}) {
+            QVERIFY(writeFile(path, good.left(cut)));
+            QVERIFY2(!DictionaryFile::open(path).ok(), qPrintable(QString::number(cut)));
+        }
+        QByteArray wrongMagic = good;
+        wrongMagic[0] = 'X';
+        QVERIFY(writeFile(path, wrongMagic));
+        QVERIFY(DictionaryFile::open(path).error().message.contains(QLatin1String("damaged")));
+        QByteArray pointsOutside = good;
+        pointsOutside[32 + 4] = char(0x7F); // the first key's length
+        QVERIFY(writeFile(path, pointsOutside));
+        QVERIFY(!DictionaryFile::open(path).ok());
+        QByteArray unsorted = good;
+        unsorted.replace(32, 32, good.mid(48, 16) + good.mid(32, 16)); // the two index records swapped
+        QVERIFY(writeFile(path, unsorted));
+        QVERIFY(!DictionaryFile::open(path).ok());
+
+        // The engine turns a damaged file into an error value on prepare.
+        QVERIFY(writeFile(path, good.left(20)));
+        DictionaryTranslationEngine engine({dir.path()});
+        QVERIFY(engine.prepare(QStringLiteral("en"), QStringLiteral("fr")).error().message.contains(QLatin1String("scripts/setup")));
+    }
+
+    void lemmaGuessesForEachLanguage()
+    {
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("running"), QStringLiteral("en")).contains(QStringLiteral("run")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("stopped"), QStringLiteral("en")).contains(QStringLiteral("stop")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("cities"), QStringLiteral("en")).contains(QStringLiteral("city")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("gemacht"), QStringLiteral("de")).contains(QStringLiteral("machen")));
+        QCOMPARE(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("de")), QStringLiteral("gehen"));
+        QVERIFY(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("en")).isEmpty());
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("吃了"), QStringLiteral("zh")).contains(QStringLiteral("吃")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("갑니다"), QStringLiteral("ko")).contains(QStringLiteral("가다")));
+        QVERIFY(Lemmatizer::guesses(QString(), QStringLiteral("ko")).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDictionaryTranslationEngine)
+#include "tst_DictionaryTranslationEngine.moc"
