@@ -38,6 +38,7 @@ SOURCES = {
     "edict": ("EDICT, Electronic Dictionary Research and Development Group", "CC-BY-SA-3.0"),
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
+    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt)", "GPL-2.0-or-later"),
 }
 
 B64 = {c: i for i, c in enumerate("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")}
@@ -77,7 +78,12 @@ def dictd_entries(name):
 
 LATIN = re.compile(r"[A-Za-z]")
 PARENS = re.compile(r"\([^()]*\)|\[[^\[\]]*\]|\{[^{}]*\}|<[^<>]*>")
-DOMAIN_TAG = re.compile(r"\[[^\]]*\.\]|\[(?:zool|bot|med|chem|geol|tech|techn|econ|jur|comp|phys|math|mus|naut|mil|hist|cook|geogr|biol|electr|constr|min|sport|ling|relig|anat|astron|fin|pol|print|rail|aviat|agr|textil|art|philos|psych|gastr|ornith|ichth|entom|arch)[^\]]*\]")
+# Specialist fields and registers that make a sense a poor first gloss. Plain classifications
+# such as [zool.] or [bot.] are not among them: "dog" is a zoological word and an everyday one.
+DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|naut|mil|hist|electr|constr|min|"
+                        r"ling|astron|fin|pol|print|rail|aviat|agr|textil|philos|psych|mach|telco|statist|"
+                        r"archaic|obs|slang|vulg|dated|rare|poet|Schw|Ös|Süddt|Norddt|BE|AE|sport|mus|relig|"
+                        r"geogr|electronics|photo|insur|adm|envir|biochem|pharm|engin|mineral|astrol|lit)[^\]]*\]")
 POS_TAG = re.compile(r"<([^<>]*)>")
 
 POS_NAMES = {
@@ -149,7 +155,7 @@ class Table:
 # ---------------------------------------------------------------------------------------------
 # Sources
 
-HEAD = re.compile(r"^(?P<head>[^/<\[]+?)\s*(?:/[^/]*/\s*)*(?:<(?P<tags>[^>]*)>)?\s*$")
+HEAD = re.compile(r"^(?P<head>[^/<\[(]+?)\s*(?:/[^/]*/\s*)*(?:\(.*\)\s*)?(?:<(?P<tags>[^>]*)>)?\s*$")
 
 
 def read_freedict(name, source_english, target_english, table):
@@ -241,8 +247,8 @@ def read_mueller(table):
 EDICT_POS = [("v", "v"), ("adj", "adj"), ("n", "n"), ("adv", "adv"), ("pn", "pron"), ("int", "intj"),
              ("conj", "conj"), ("prt", "part"), ("exp", "exp")]
 EDICT_RARE = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "io", "iK", "X", "vulg", "sens", "derog",
-              "Buddh", "MA", "Shinto", "comp", "ling", "math", "med", "chem", "biol", "bot", "zool",
-              "physics", "geol", "mil", "sumo", "shogi", "mahj", "baseb", "food", "astron", "anat",
+              "Buddh", "MA", "Shinto", "comp", "ling", "math", "med", "chem",
+              "physics", "geol", "mil", "sumo", "shogi", "mahj", "baseb", "astron",
               "law", "econ", "finc", "music", "sports", "martial", "archit", "engr", "gramm", "hanaf",
               "abbr", "col", "sl", "hum", "pol", "hon", "fem", "male", "joc", "poet", "m-sl", "net-sl",
               "on-mim", "yoji", "id", "proverb", "ctr", "suf", "pref", "n-suf", "n-pref", "aux", "aux-v"}
@@ -376,12 +382,78 @@ APERTIUM_POS = {"n": "n", "vblex": "v", "vbser": "v", "vbhaver": "v", "vbmod": "
                 "det": "det", "num": "num", "np": "", "ij": "intj", "preadv": "adv"}
 
 
+TAGGED_LEMMAS = {}  # language -> {(lemma, Apertium tag)}, filled by analyser_forms
+
+
+BIDIX = {  # (from, to) -> Apertium bilingual dictionary
+    ("en", "es"): "apertium-eng-spa/eng-spa.autobil.bin", ("es", "en"): "apertium-eng-spa/spa-eng.autobil.bin",
+    ("fr", "es"): "apertium-fr-es/fr-es.autobil.bin", ("es", "fr"): "apertium-fr-es/es-fr.autobil.bin",
+    ("it", "es"): "apertium-spa-ita/ita-spa.autobil.bin", ("es", "it"): "apertium-spa-ita/spa-ita.autobil.bin",
+    ("pt", "es"): "apertium-es-pt/pt-es.autobil.bin", ("es", "pt"): "apertium-es-pt/es-pt.autobil.bin",
+}
+
+
+def bidix_translations(source, target, tagged_lemmas):
+    """{(lemma, tag)} -> {lemma: [(translation, tag)]}, through one Apertium bilingual dictionary."""
+    import subprocess
+    path = os.path.join(APERTIUM, BIDIX.get((source, target), "-"))
+    out = {}
+    if (source, target) not in BIDIX or not os.path.exists(path) or not tagged_lemmas:
+        return out
+    items = sorted(tagged_lemmas)
+    text = "\n".join(f"^{lemma}<{tag}>$" for lemma, tag in items) + "\n"
+    try:
+        result = subprocess.run(["lt-proc", "-b", path], input=text, capture_output=True, text=True, timeout=600).stdout
+    except (OSError, subprocess.SubprocessError):
+        return out
+    for line in result.split("\n"):
+        m = re.match(r"^\^([^<]*)<([^>]*)>[^/]*/(.*)\$$", line.strip())
+        if not m:
+            continue
+        lemma, tag, rest = m.groups()
+        for alternative in rest.split("/"):
+            if alternative.startswith("@") or "<" not in alternative:
+                continue
+            word = alternative.split("<")[0].replace("_", " ").strip()
+            if word and word != lemma or word:
+                out.setdefault(lemma, [])
+                if (word, tag) not in out[lemma]:
+                    out[lemma].append((word, tag))
+    return out
+
+
+def bidix_table(source, target):
+    """Lemma translations from Apertium, directly or by way of Spanish."""
+    table = Table("apertium", 0.9)
+    if source not in TAGGED_LEMMAS:
+        analyser_forms(source)
+    lemmas = TAGGED_LEMMAS.get(source, set())
+    if (source, target) in BIDIX:
+        chains = bidix_translations(source, target, lemmas)
+        for lemma, words in chains.items():
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
+        return table
+    first = bidix_translations(source, "es", lemmas)
+    middle = {(w, t) for words in first.values() for w, t in words}
+    second = bidix_translations("es", target, middle)
+    for lemma, words in first.items():
+        cands = []
+        for w, _ in words[:2]:
+            for final, _ in second.get(w, [])[:2]:
+                if final not in cands:
+                    cands.append(final)
+        if cands:
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
+    return table
+
+
 def analyser_forms(code):
     """form -> [(lemma, pos)], from the language's Apertium analyser; empty when it is missing."""
     import subprocess
     path = os.path.join(APERTIUM, ANALYSERS.get(code, "-"))
     forms = defaultdict(list)
     lemmas = set()
+    tagged_lemmas = TAGGED_LEMMAS.setdefault(code, set())
     if code not in ANALYSERS or not os.path.exists(path):
         return forms, lemmas
     try:
@@ -396,6 +468,9 @@ def analyser_forms(code):
         lemma, _, tags = analysis.partition("<")
         if lemma == form:
             lemmas.add(form)
+        raw_tag = tags.split(">")[0]
+        if raw_tag in APERTIUM_POS and raw_tag != "np":
+            tagged_lemmas.add((lemma, raw_tag))
         pos = APERTIUM_POS.get(tags.split(">")[0], "")
         # Forms with clitics attached ("dá-lo-ei") would multiply the file for little gain.
         if "-" in form or " " in form or "_" in form or len(form) > len(lemma) + 5:
@@ -684,9 +759,15 @@ def main(argv):
         source = "ding" if code == "de" else "freedict"
         d = Direction("en", code); d.direct = [to_target]; d.reverse = [to_english]; d.freq = freq
         d.sources = {source}
+        if code != "de":
+            d.direct.append(bidix_table("en", code)); d.reverse.append(bidix_table(code, "en"))
+            d.sources.add("apertium")
         jobs.append(d)
         d = Direction(code, "en"); d.direct = [to_english]; d.reverse = [to_target]; d.freq = english
         d.sources = {source}
+        if code != "de":
+            d.direct.append(bidix_table(code, "en")); d.reverse.append(bidix_table("en", code))
+            d.sources.add("apertium")
         jobs.append(d)
     if wanted("ja-en", "en-ja"):
         ed = table("ja-en", "edict", read_edict)

@@ -2,6 +2,7 @@
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
 
 #include "core/support/Logging.h"
+#include "platform/linux/translation/ApertiumPassageTranslator.h"
 #include "platform/linux/translation/DictionaryFile.h"
 #include "platform/linux/translation/JapaneseAnalyzer.h"
 #include "platform/linux/translation/Lemmatizer.h"
@@ -171,7 +172,10 @@ Result<QString> DictionaryTranslationEngine::translate(const QString& text, cons
     const QString source = languageOf(sourceCode);
     if (auto word = lookUp(*loaded.value(), trimmed, source))
         return word->gloss();
-    const QString passage = glossPassage(*loaded.value(), trimmed.left(longestPassage), source);
+    const QString cut = trimmed.left(longestPassage);
+    if (auto sentence = ApertiumPassageTranslator::translate(cut, source, languageOf(targetCode)))
+        return *sentence;
+    const QString passage = glossPassage(*loaded.value(), cut, source);
     if (passage.isEmpty())
         return Error{QStringLiteral("No translation found for “%1”.").arg(trimmed.left(40))};
     return passage;
