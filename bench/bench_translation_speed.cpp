@@ -40,10 +40,11 @@ QStringList wordsFor(const QString& dir, const QString& language)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QString lists = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(TOLVANE_SOURCE_DIR "/../../shared/eval/wordlists");
-    const QStringList languages = {QStringLiteral("ru"), QStringLiteral("fr"), QStringLiteral("de"), QStringLiteral("it"),
-                                   QStringLiteral("ja"), QStringLiteral("ko"), QStringLiteral("pt"), QStringLiteral("es"),
-                                   QStringLiteral("zh")};
+    const QString lists =
+        argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(TOLVANE_SOURCE_DIR "/../../shared/eval/wordlists");
+    const QStringList languages = {QStringLiteral("ru"), QStringLiteral("fr"), QStringLiteral("de"),
+                                   QStringLiteral("it"), QStringLiteral("ja"), QStringLiteral("ko"),
+                                   QStringLiteral("pt"), QStringLiteral("es"), QStringLiteral("zh")};
     qint64 totalBytes = 0;
     QString directory;
     double worstP50 = 0, worstLoad = 0, worstResident = 0;
@@ -96,7 +97,7 @@ int main(int argc, char** argv)
         for (const QFileInfo& file : QDir(directory).entryInfoList({QStringLiteral("*.tdict")}, QDir::Files))
             totalBytes += file.size();
     }
-    std::printf("speed worst_lookup_p50_us=%.1f worst_load_ms=%.1f worst_resident_mb=%.1f installed_mb=%.1f\n", worstP50,
-                worstLoad, worstResident, double(totalBytes) / (1024.0 * 1024.0));
+    std::printf("speed worst_lookup_p50_us=%.1f worst_load_ms=%.1f worst_resident_mb=%.1f installed_mb=%.1f\n",
+                worstP50, worstLoad, worstResident, double(totalBytes) / (1024.0 * 1024.0));
     return 0;
 }

@@ -68,23 +68,18 @@ int runTranslateCommand(const QStringList& arguments)
         err << "tolvane translate: nothing to translate\n" << usageText;
         return 2;
     }
-    if (to.isEmpty()) {
+    const bool targetGiven = !to.isEmpty();
+    if (!targetGiven) {
         JsonFilePreferenceStore store(configDirectory() + QStringLiteral("/preferences.json"));
         to = Preferences(store).targetLanguage();
     }
     DictionaryTranslationEngine engine;
     // Only the language of a code matters to the dictionaries ("zh-Hans" reads zh).
     const QString target = to.section(QLatin1Char('-'), 0, 0).toLower();
-    QString source, destination;
-    if (from.isEmpty()) {
-        source = guessSource(text, target, engine);
-        destination = source == QLatin1String("en") ? target : QStringLiteral("en");
-    } else {
-        source = from.section(QLatin1Char('-'), 0, 0).toLower();
-        destination = source == QLatin1String("en") ? target : QStringLiteral("en");
-        if (!to.isEmpty() && source != QLatin1String("en") && target != source)
-            destination = target;
-    }
+    const QString source =
+        from.isEmpty() ? guessSource(text, target, engine) : from.section(QLatin1Char('-'), 0, 0).toLower();
+    const QString english = QStringLiteral("en");
+    const QString destination = (targetGiven && !from.isEmpty()) || source == english ? target : english;
 
     auto translated = engine.translate(text, source, destination);
     if (!json) {
@@ -95,9 +90,8 @@ int runTranslateCommand(const QStringList& arguments)
         out << translated.value() << '\n';
         return 0;
     }
-    QJsonObject answer{{QStringLiteral("text"), text},
-                       {QStringLiteral("source"), source},
-                       {QStringLiteral("target"), destination}};
+    QJsonObject answer{
+        {QStringLiteral("text"), text}, {QStringLiteral("source"), source}, {QStringLiteral("target"), destination}};
     if (translated)
         answer.insert(QStringLiteral("translation"), translated.value());
     else
@@ -107,8 +101,9 @@ int runTranslateCommand(const QStringList& arguments)
         answer.insert(QStringLiteral("lexicalClass"), word.value().lexicalClass);
         QJsonArray candidates;
         for (const auto& sense : word.value().senses) {
-            candidates.append(QJsonObject{{QStringLiteral("lexicalClass"), sense.lexicalClass},
-                                          {QStringLiteral("translations"), QJsonArray::fromStringList(sense.translations)}});
+            candidates.append(
+                QJsonObject{{QStringLiteral("lexicalClass"), sense.lexicalClass},
+                            {QStringLiteral("translations"), QJsonArray::fromStringList(sense.translations)}});
         }
         answer.insert(QStringLiteral("candidates"), candidates);
     }

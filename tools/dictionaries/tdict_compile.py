@@ -808,7 +808,7 @@ def main(argv):
         for s in sorted(d.sources):
             meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))
         write_tdict(os.path.join(out, pair + ".tdict"), entries, meta)
-        print(f"[dictionaries] {pair}: {len(entries)} entries")
+        print(f"[dictionaries] {pair}: {len(entries)} entries", flush=True)
     return 0
 
 

@@ -86,11 +86,13 @@ void LiveTranslationService::translate(const QString& text, const QString& sourc
         [engine, sourceCode, targetCode] { return engine->availability(sourceCode, targetCode); },
         [this, key, text, sourceCode, targetCode, completion](LanguageAvailability availability) {
             // Only logged: an unsupported pair goes on and fails when it is prepared.
-            qCInfo(lcLiveTranslation).noquote() << QStringLiteral("pair=%1 availability=%2").arg(key, availabilityText(availability));
+            qCInfo(lcLiveTranslation).noquote()
+                << QStringLiteral("pair=%1 availability=%2").arg(key, availabilityText(availability));
             setStatus(Status::Phase::preparingSession);
-            withSession(key, sourceCode, targetCode, [this, key, text, completion](std::shared_ptr<TranslationSession> session) {
-                prepareAndTranslate(key, std::move(session), text, completion);
-            });
+            withSession(key, sourceCode, targetCode,
+                        [this, key, text, completion](std::shared_ptr<TranslationSession> session) {
+                            prepareAndTranslate(key, std::move(session), text, completion);
+                        });
         });
 }
 
@@ -106,7 +108,9 @@ void LiveTranslationService::withSession(const QString& pairKey, const QString& 
         return; // the session on its way wakes this request too
     m_sessionRequested.insert(pairKey);
     offMainThread<std::shared_ptr<TranslationSession>>(
-        [sourceCode, targetCode] { return std::make_shared<TranslationSession>(TranslationSession{sourceCode, targetCode}); },
+        [sourceCode, targetCode] {
+            return std::make_shared<TranslationSession>(TranslationSession{sourceCode, targetCode});
+        },
         [this, pairKey](std::shared_ptr<TranslationSession> session) { sessionArrived(pairKey, std::move(session)); });
 }
 

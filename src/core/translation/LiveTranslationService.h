@@ -87,7 +87,8 @@ private:
     using SessionWaiter = std::function<void(std::shared_ptr<TranslationSession>)>;
 
     void setStatus(Status status);
-    void withSession(const QString& pairKey, const QString& sourceCode, const QString& targetCode, SessionWaiter waiter);
+    void withSession(const QString& pairKey, const QString& sourceCode, const QString& targetCode,
+                     SessionWaiter waiter);
     void sessionArrived(const QString& pairKey, std::shared_ptr<TranslationSession> session);
     void prepareAndTranslate(const QString& pairKey, std::shared_ptr<TranslationSession> session, const QString& text,
                              Completion completion);

@@ -87,11 +87,13 @@ private Q_SLOTS:
 
     void pairKeysUseTheLanguageCodeOnly()
     {
-        QCOMPARE(LiveTranslationService::pairKey(QStringLiteral("en"), QStringLiteral("zh-Hans")), QStringLiteral("en-zh"));
-        QCOMPARE(LiveTranslationService::pairKey(QStringLiteral("pt-BR"), QStringLiteral("en")), QStringLiteral("pt-en"));
+        QCOMPARE(LiveTranslationService::pairKey(QStringLiteral("en"), QStringLiteral("zh-Hans")),
+                 QStringLiteral("en-zh"));
+        QCOMPARE(LiveTranslationService::pairKey(QStringLiteral("pt-BR"), QStringLiteral("en")),
+                 QStringLiteral("pt-en"));
         QCOMPARE(LiveTranslationService::pairKey(QString(), QStringLiteral("fr")), QStringLiteral("?-fr"));
-        QVERIFY(LiveTranslationService::pairKey(QStringLiteral("en"), QStringLiteral("fr"))
-                != LiveTranslationService::pairKey(QStringLiteral("fr"), QStringLiteral("en")));
+        QVERIFY(LiveTranslationService::pairKey(QStringLiteral("en"), QStringLiteral("fr")) !=
+                LiveTranslationService::pairKey(QStringLiteral("fr"), QStringLiteral("en")));
     }
 
     void requestsWaitingForASessionShareItAndKeepTheirOrder()
@@ -133,7 +135,8 @@ private Q_SLOTS:
         QList<Phase> phases;
         for (const auto& arguments : spy)
             phases.append(arguments.at(0).value<LiveTranslationService::Status>().phase());
-        QCOMPARE(phases, (QList<Phase>{Phase::preparingSession, Phase::downloadingModel, Phase::translating, Phase::idle}));
+        QCOMPARE(phases,
+                 (QList<Phase>{Phase::preparingSession, Phase::downloadingModel, Phase::translating, Phase::idle}));
         QCOMPARE(service->session(QStringLiteral("fr-en")), first);
         QCOMPARE(service->requestedPairs().size(), 1);
         QCOMPARE(answers.texts, (QStringList{QStringLiteral("cat"), QStringLiteral("dog")}));

@@ -62,22 +62,29 @@ private Q_SLOTS:
     {
         QVERIFY(m_dir.isValid());
         QVERIFY(writeFile(m_dir.filePath(QStringLiteral("en-ru.tdict")),
-                          buildDictionary({
-                              {"go", "n\tго (игра)\nv\tидти|ходить|ехать"},
-                              {"went", ">go\tv"},
-                              {"house", "n\tдом|жилище|здание|семья"},
-                              {"loop", ">loop"},
-                              {"the", "det\t"},
-                              {"big", "adj\tбольшой"},
-                          },
-                                          "direction: en-ru\nsource: test data; licence GPL-3.0-or-later")));
-        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("de-en.tdict")),
-                          buildDictionary({{"Haus", "n\thouse|home"}, {"sein", "v\tbe"}, {"bin", "n\tbin"},
-                                           {"Tag", "n\tday"}, {"gehen", "v\tgo|walk"}})));
-        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("zh-en.tdict")),
-                          buildDictionary({{"我", "pron\tI|me"}, {"吃", "v\teat"}, {"苹果", "n\tapple"}, {"苹", "n\tapple (bound)"}})));
-        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("ko-en.tdict")),
-                          buildDictionary({{"먹다", "v\teat"}, {"책", "n\tbook"}, {"높다", "adj\thigh|tall"}, {"공부하다", "v\tstudy"}})));
+                          buildDictionary(
+                              {
+                                  {"go", "n\tго (игра)\nv\tидти|ходить|ехать"},
+                                  {"went", ">go\tv"},
+                                  {"house", "n\tдом|жилище|здание|семья"},
+                                  {"loop", ">loop"},
+                                  {"the", "det\t"},
+                                  {"big", "adj\tбольшой"},
+                              },
+                              "direction: en-ru\nsource: test data; licence GPL-3.0-or-later")));
+        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("de-en.tdict")), buildDictionary({{"Haus", "n\thouse|home"},
+                                                                                          {"sein", "v\tbe"},
+                                                                                          {"bin", "n\tbin"},
+                                                                                          {"Tag", "n\tday"},
+                                                                                          {"gehen", "v\tgo|walk"}})));
+        QVERIFY(
+            writeFile(m_dir.filePath(QStringLiteral("zh-en.tdict")),
+                      buildDictionary(
+                          {{"我", "pron\tI|me"}, {"吃", "v\teat"}, {"苹果", "n\tapple"}, {"苹", "n\tapple (bound)"}})));
+        QVERIFY(writeFile(
+            m_dir.filePath(QStringLiteral("ko-en.tdict")),
+            buildDictionary(
+                {{"먹다", "v\teat"}, {"책", "n\tbook"}, {"높다", "adj\thigh|tall"}, {"공부하다", "v\tstudy"}})));
     }
 
     void wordsAreFoundByFormCaseAndLemma()
@@ -98,22 +105,28 @@ private Q_SLOTS:
         QCOMPARE(engine.lookUpWord(QStringLiteral("houses"), QStringLiteral("en"), QStringLiteral("ru")).value().lemma,
                  QStringLiteral("house"));
         // German: irregular forms beat look-alike headwords; nouns are found without their capital.
-        QCOMPARE(engine.translate(QStringLiteral("bin"), QStringLiteral("de"), QStringLiteral("en")).value(), QStringLiteral("be"));
+        QCOMPARE(engine.translate(QStringLiteral("bin"), QStringLiteral("de"), QStringLiteral("en")).value(),
+                 QStringLiteral("be"));
         QCOMPARE(engine.translate(QStringLiteral("haus"), QStringLiteral("de"), QStringLiteral("en")).value(),
                  QStringLiteral("house, home"));
-        QCOMPARE(engine.translate(QStringLiteral("Tage"), QStringLiteral("de"), QStringLiteral("en")).value(), QStringLiteral("day"));
+        QCOMPARE(engine.translate(QStringLiteral("Tage"), QStringLiteral("de"), QStringLiteral("en")).value(),
+                 QStringLiteral("day"));
         // Korean endings and particles.
-        QCOMPARE(engine.translate(QStringLiteral("먹었어요"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("eat"));
-        QCOMPARE(engine.translate(QStringLiteral("책을"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("book"));
+        QCOMPARE(engine.translate(QStringLiteral("먹었어요"), QStringLiteral("ko"), QStringLiteral("en")).value(),
+                 QStringLiteral("eat"));
+        QCOMPARE(engine.translate(QStringLiteral("책을"), QStringLiteral("ko"), QStringLiteral("en")).value(),
+                 QStringLiteral("book"));
         QCOMPARE(engine.translate(QStringLiteral("높습니다"), QStringLiteral("ko"), QStringLiteral("en")).value(),
                  QStringLiteral("high, tall"));
-        QCOMPARE(engine.translate(QStringLiteral("공부해요"), QStringLiteral("ko"), QStringLiteral("en")).value(), QStringLiteral("study"));
+        QCOMPARE(engine.translate(QStringLiteral("공부해요"), QStringLiteral("ko"), QStringLiteral("en")).value(),
+                 QStringLiteral("study"));
     }
 
     void passagesAreGlossedWordByWordKeepingUnknownWords()
     {
         DictionaryTranslationEngine engine({m_dir.path()});
-        QCOMPARE(engine.translate(QStringLiteral("The big house, Zorg!"), QStringLiteral("en"), QStringLiteral("ru")).value(),
+        QCOMPARE(engine.translate(QStringLiteral("The big house, Zorg!"), QStringLiteral("en"), QStringLiteral("ru"))
+                     .value(),
                  QStringLiteral("The большой дом, Zorg!"));
         // Chinese has no spaces: the longest headword wins at each position.
         QCOMPARE(engine.translate(QStringLiteral("我吃苹果。"), QStringLiteral("zh"), QStringLiteral("en")).value(),
@@ -124,7 +137,8 @@ private Q_SLOTS:
     {
         DictionaryTranslationEngine engine({m_dir.path()});
         const QString en = QStringLiteral("en"), ru = QStringLiteral("ru");
-        QCOMPARE(engine.translate(QStringLiteral("  \n"), en, ru).error().message, QStringLiteral("There is no text to translate."));
+        QCOMPARE(engine.translate(QStringLiteral("  \n"), en, ru).error().message,
+                 QStringLiteral("There is no text to translate."));
         QVERIFY(!engine.translate(QStringLiteral("?!… — ;"), en, ru).ok());
         QVERIFY(!engine.translate(QStringLiteral("zzzq"), en, ru).ok());
         // A link that points at itself is followed once, not forever.
@@ -150,7 +164,8 @@ private Q_SLOTS:
         QCOMPARE(engine.availability(QStringLiteral("en"), QStringLiteral("ru")), LanguageAvailability::installed);
         const auto prepared = engine.prepare(QStringLiteral("en"), QStringLiteral("ko"));
         QVERIFY(!prepared.ok());
-        QCOMPARE(prepared.error().message, QStringLiteral("The English → Korean dictionary is not installed. Run scripts/setup."));
+        QCOMPARE(prepared.error().message,
+                 QStringLiteral("The English → Korean dictionary is not installed. Run scripts/setup."));
         QCOMPARE(engine.prepare(QStringLiteral("en"), QStringLiteral("zh-Hans")).error().message,
                  QStringLiteral("The English → Chinese dictionary is not installed. Run scripts/setup."));
         QVERIFY(engine.prepare(QStringLiteral("en"), QStringLiteral("ru")).ok());
@@ -188,7 +203,9 @@ private Q_SLOTS:
         // The engine turns a damaged file into an error value on prepare.
         QVERIFY(writeFile(path, good.left(20)));
         DictionaryTranslationEngine engine({dir.path()});
-        QVERIFY(engine.prepare(QStringLiteral("en"), QStringLiteral("fr")).error().message.contains(QLatin1String("scripts/setup")));
+        QVERIFY(engine.prepare(QStringLiteral("en"), QStringLiteral("fr"))
+                    .error()
+                    .message.contains(QLatin1String("scripts/setup")));
     }
 
     void lemmaGuessesForEachLanguage()
@@ -196,12 +213,23 @@ private Q_SLOTS:
         QVERIFY(Lemmatizer::guesses(QStringLiteral("running"), QStringLiteral("en")).contains(QStringLiteral("run")));
         QVERIFY(Lemmatizer::guesses(QStringLiteral("stopped"), QStringLiteral("en")).contains(QStringLiteral("stop")));
         QVERIFY(Lemmatizer::guesses(QStringLiteral("cities"), QStringLiteral("en")).contains(QStringLiteral("city")));
-        QVERIFY(Lemmatizer::guesses(QStringLiteral("gemacht"), QStringLiteral("de")).contains(QStringLiteral("machen")));
+        QVERIFY(
+            Lemmatizer::guesses(QStringLiteral("gemacht"), QStringLiteral("de")).contains(QStringLiteral("machen")));
         QCOMPARE(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("de")), QStringLiteral("gehen"));
         QVERIFY(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("en")).isEmpty());
         QVERIFY(Lemmatizer::guesses(QStringLiteral("吃了"), QStringLiteral("zh")).contains(QStringLiteral("吃")));
         QVERIFY(Lemmatizer::guesses(QStringLiteral("갑니다"), QStringLiteral("ko")).contains(QStringLiteral("가다")));
         QVERIFY(Lemmatizer::guesses(QString(), QStringLiteral("ko")).isEmpty());
+        // Contracted and past-tense Korean forms open up to their dictionary form.
+        const QList<QPair<const char*, const char*>> korean = {
+            {"갔어요", "가다"},   {"봐요", "보다"},       {"마셨어요", "마시다"},
+            {"했어요", "하다"},   {"먹었습니다", "먹다"}, {"써요", "쓰다"},
+            {"배워요", "배우다"}, {"좋아요", "좋다"},     {"읽고", "읽다"}};
+        for (const auto& [form, lemma] : korean) {
+            QVERIFY2(
+                Lemmatizer::guesses(QString::fromUtf8(form), QStringLiteral("ko")).contains(QString::fromUtf8(lemma)),
+                form);
+        }
     }
 };
 

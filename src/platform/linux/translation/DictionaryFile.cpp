@@ -41,7 +41,8 @@ Result<std::unique_ptr<DictionaryFile>> DictionaryFile::open(const QString& path
     const QByteArray native = path.toLocal8Bit();
     const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
-        return Error{QStringLiteral("Cannot open the dictionary file %1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)))};
+        return Error{QStringLiteral("Cannot open the dictionary file %1: %2")
+                         .arg(path, QString::fromLocal8Bit(strerror(errno)))};
     struct stat info
     {};
     if (fstat(fd, &info) != 0 || info.st_size < off_t(headerSize)) {
@@ -66,8 +67,8 @@ Result<std::unique_ptr<DictionaryFile>> DictionaryFile::open(const QString& path
     const quint64 blobLength = readU32(d + 20);
     const quint64 metaOffset = readU32(d + 24);
     const quint64 metaLength = readU32(d + 28);
-    if (indexOffset < headerSize || indexOffset + quint64(count) * indexRecordSize > blobOffset
-        || blobOffset + blobLength > size || metaOffset < blobOffset + blobLength || metaOffset + metaLength > size)
+    if (indexOffset < headerSize || indexOffset + quint64(count) * indexRecordSize > blobOffset ||
+        blobOffset + blobLength > size || metaOffset < blobOffset + blobLength || metaOffset + metaLength > size)
         return corrupt(path, "truncated");
     file->m_count = count;
     file->m_index = d + indexOffset;

@@ -37,18 +37,18 @@ QString languageOf(const QString& code)
 QString languageName(const QString& language)
 {
     static const QHash<QString, QString> names = {
-        {QStringLiteral("en"), QStringLiteral("English")},    {QStringLiteral("zh"), QStringLiteral("Chinese")},
-        {QStringLiteral("fr"), QStringLiteral("French")},     {QStringLiteral("de"), QStringLiteral("German")},
-        {QStringLiteral("it"), QStringLiteral("Italian")},    {QStringLiteral("ja"), QStringLiteral("Japanese")},
-        {QStringLiteral("ko"), QStringLiteral("Korean")},     {QStringLiteral("pt"), QStringLiteral("Portuguese")},
-        {QStringLiteral("ru"), QStringLiteral("Russian")},    {QStringLiteral("es"), QStringLiteral("Spanish")}};
+        {QStringLiteral("en"), QStringLiteral("English")}, {QStringLiteral("zh"), QStringLiteral("Chinese")},
+        {QStringLiteral("fr"), QStringLiteral("French")},  {QStringLiteral("de"), QStringLiteral("German")},
+        {QStringLiteral("it"), QStringLiteral("Italian")}, {QStringLiteral("ja"), QStringLiteral("Japanese")},
+        {QStringLiteral("ko"), QStringLiteral("Korean")},  {QStringLiteral("pt"), QStringLiteral("Portuguese")},
+        {QStringLiteral("ru"), QStringLiteral("Russian")}, {QStringLiteral("es"), QStringLiteral("Spanish")}};
     return names.value(language, language.toUpper());
 }
 
 bool isSupportedPair(const QString& source, const QString& target)
 {
-    return (source == QLatin1String("en") && learningLanguages().contains(target))
-        || (target == QLatin1String("en") && learningLanguages().contains(source));
+    return (source == QLatin1String("en") && learningLanguages().contains(target)) ||
+           (target == QLatin1String("en") && learningLanguages().contains(source));
 }
 
 bool writtenWithoutSpaces(const QString& language)
@@ -119,7 +119,8 @@ QString DictionaryTranslationEngine::dictionaryPath(const QString& sourceCode, c
     return {};
 }
 
-LanguageAvailability DictionaryTranslationEngine::availability(const QString& sourceCode, const QString& targetCode) const
+LanguageAvailability DictionaryTranslationEngine::availability(const QString& sourceCode,
+                                                               const QString& targetCode) const
 {
     if (!isSupportedPair(languageOf(sourceCode), languageOf(targetCode)))
         return LanguageAvailability::unsupported;
@@ -134,7 +135,8 @@ Result<DictionaryFile*> DictionaryTranslationEngine::pair(const QString& sourceC
         return it->get();
     const QString source = languageOf(sourceCode), target = languageOf(targetCode);
     if (!isSupportedPair(source, target))
-        return Error{QStringLiteral("Tolvane cannot translate from %1 to %2.").arg(languageName(source), languageName(target))};
+        return Error{
+            QStringLiteral("Tolvane cannot translate from %1 to %2.").arg(languageName(source), languageName(target))};
     const QString path = dictionaryPath(sourceCode, targetCode);
     if (path.isEmpty())
         return Error{QStringLiteral("The %1 → %2 dictionary is not installed. Run scripts/setup.")
@@ -316,8 +318,8 @@ QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, co
             m_japanese = std::make_unique<JapaneseAnalyzer>();
         for (const auto& token : m_japanese->tokens(text)) {
             // Particles and auxiliaries carry grammar, not words a gloss can show.
-            if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞")
-                || token.partOfSpeech == QStringLiteral("記号")) {
+            if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞") ||
+                token.partOfSpeech == QStringLiteral("記号")) {
                 if (token.partOfSpeech == QStringLiteral("記号"))
                     out += token.surface;
                 continue;

@@ -59,7 +59,8 @@ public:
 
 private:
     Result<DictionaryFile*> pair(const QString& sourceCode, const QString& targetCode);
-    std::optional<WordTranslation> lookUp(const DictionaryFile& file, const QString& word, const QString& sourceLanguage);
+    std::optional<WordTranslation> lookUp(const DictionaryFile& file, const QString& word,
+                                          const QString& sourceLanguage);
     std::optional<WordTranslation> entryFor(const DictionaryFile& file, const QString& key, const QString& lexicalClass,
                                             int depth) const;
     QStringList lemmaCandidates(const QString& word, const QString& sourceLanguage);

@@ -20,56 +20,204 @@ const QHash<QString, QString>& germanIrregular()
     static const QHash<QString, QString> table = [] {
         QHash<QString, QString> t;
         const char* rows[][2] = {
-            {"bin", "sein"},       {"bist", "sein"},       {"ist", "sein"},        {"sind", "sein"},
-            {"seid", "sein"},      {"war", "sein"},        {"warst", "sein"},      {"waren", "sein"},
-            {"wart", "sein"},      {"gewesen", "sein"},    {"wäre", "sein"},       {"wären", "sein"},
-            {"sei", "sein"},       {"habe", "haben"},      {"hast", "haben"},      {"hat", "haben"},
-            {"habt", "haben"},     {"hatte", "haben"},     {"hatten", "haben"},    {"hattest", "haben"},
-            {"gehabt", "haben"},   {"hätte", "haben"},     {"wird", "werden"},     {"wirst", "werden"},
-            {"werde", "werden"},   {"wurde", "werden"},    {"wurden", "werden"},   {"geworden", "werden"},
-            {"kann", "können"},    {"kannst", "können"},   {"konnte", "können"},   {"könnte", "können"},
-            {"muss", "müssen"},    {"musst", "müssen"},    {"musste", "müssen"},   {"will", "wollen"},
-            {"willst", "wollen"},  {"wollte", "wollen"},   {"darf", "dürfen"},     {"durfte", "dürfen"},
-            {"soll", "sollen"},    {"sollte", "sollen"},   {"mag", "mögen"},       {"möchte", "mögen"},
-            {"möchten", "mögen"},  {"weiß", "wissen"},     {"weißt", "wissen"},    {"wusste", "wissen"},
-            {"gewusst", "wissen"}, {"ging", "gehen"},      {"gingen", "gehen"},    {"gegangen", "gehen"},
-            {"kam", "kommen"},     {"kamen", "kommen"},    {"gekommen", "kommen"}, {"sah", "sehen"},
-            {"sahen", "sehen"},    {"siehst", "sehen"},    {"sieht", "sehen"},     {"gesehen", "sehen"},
-            {"aß", "essen"},       {"aßen", "essen"},      {"isst", "essen"},      {"gegessen", "essen"},
-            {"trank", "trinken"},  {"getrunken", "trinken"}, {"schlief", "schlafen"}, {"schläft", "schlafen"},
-            {"geschlafen", "schlafen"}, {"schrieb", "schreiben"}, {"geschrieben", "schreiben"},
-            {"las", "lesen"},      {"liest", "lesen"},     {"gelesen", "lesen"},   {"sprach", "sprechen"},
-            {"spricht", "sprechen"}, {"sprichst", "sprechen"}, {"gesprochen", "sprechen"},
-            {"gab", "geben"},      {"gibt", "geben"},      {"gibst", "geben"},     {"gegeben", "geben"},
-            {"nahm", "nehmen"},    {"nimmt", "nehmen"},    {"nimmst", "nehmen"},   {"genommen", "nehmen"},
-            {"fand", "finden"},    {"gefunden", "finden"}, {"stand", "stehen"},    {"gestanden", "stehen"},
-            {"lief", "laufen"},    {"läuft", "laufen"},    {"gelaufen", "laufen"}, {"fuhr", "fahren"},
-            {"fährt", "fahren"},   {"gefahren", "fahren"}, {"hielt", "halten"},    {"hält", "halten"},
-            {"gehalten", "halten"}, {"ließ", "lassen"},    {"lässt", "lassen"},    {"gelassen", "lassen"},
-            {"tat", "tun"},        {"getan", "tun"},       {"brachte", "bringen"}, {"gebracht", "bringen"},
-            {"dachte", "denken"},  {"gedacht", "denken"},  {"kannte", "kennen"},   {"gekannt", "kennen"},
-            {"half", "helfen"},    {"hilft", "helfen"},    {"geholfen", "helfen"}, {"trug", "tragen"},
-            {"trägt", "tragen"},   {"getragen", "tragen"}, {"fiel", "fallen"},    {"fällt", "fallen"},
-            {"gefallen", "fallen"}, {"rief", "rufen"},     {"gerufen", "rufen"},   {"saß", "sitzen"},
-            {"gesessen", "sitzen"}, {"lag", "liegen"},     {"gelegen", "liegen"},  {"blieb", "bleiben"},
-            {"geblieben", "bleiben"}, {"starb", "sterben"}, {"stirbt", "sterben"}, {"gestorben", "sterben"},
-            {"flog", "fliegen"},   {"geflogen", "fliegen"}, {"schwamm", "schwimmen"}, {"geschwommen", "schwimmen"},
-            {"sang", "singen"},    {"gesungen", "singen"}, {"verstand", "verstehen"}, {"vergaß", "vergessen"},
-            {"vergisst", "vergessen"}, {"begann", "beginnen"}, {"begonnen", "beginnen"}, {"wusch", "waschen"},
-            {"wäscht", "waschen"}, {"gewaschen", "waschen"}, {"traf", "treffen"}, {"trifft", "treffen"},
-            {"getroffen", "treffen"}, {"zog", "ziehen"},    {"gezogen", "ziehen"},  {"schnitt", "schneiden"},
-            {"geschnitten", "schneiden"}, {"hieß", "heißen"}, {"geheißen", "heißen"}, {"lud", "laden"},
-            {"wuchs", "wachsen"},  {"wächst", "wachsen"},  {"gewachsen", "wachsen"}, {"vergessen", "vergessen"},
-            {"Häuser", "Haus"},    {"Bäume", "Baum"},      {"Bücher", "Buch"},     {"Männer", "Mann"},
-            {"Frauen", "Frau"},    {"Kinder", "Kind"},     {"Hände", "Hand"},      {"Städte", "Stadt"},
-            {"Väter", "Vater"},    {"Mütter", "Mutter"},   {"Brüder", "Bruder"},   {"Töchter", "Tochter"},
-            {"Länder", "Land"},    {"Wörter", "Wort"},     {"Äpfel", "Apfel"},     {"Vögel", "Vogel"},
-            {"Füße", "Fuß"},       {"Nächte", "Nacht"},    {"Gärten", "Garten"},   {"Züge", "Zug"},
-            {"Stühle", "Stuhl"},   {"Köpfe", "Kopf"},      {"Zähne", "Zahn"},      {"Dörfer", "Dorf"},
-            {"Wälder", "Wald"},    {"Gläser", "Glas"},     {"Blätter", "Blatt"},   {"Fächer", "Fach"},
-            {"Türen", "Tür"},      {"Augen", "Auge"},      {"Tage", "Tag"},        {"Jahre", "Jahr"},
-            {"besser", "gut"},     {"beste", "gut"},       {"besten", "gut"},      {"mehr", "viel"},
-            {"größer", "groß"},    {"größte", "groß"},     {"älter", "alt"},       {"jünger", "jung"},
+            {"bin", "sein"},
+            {"bist", "sein"},
+            {"ist", "sein"},
+            {"sind", "sein"},
+            {"seid", "sein"},
+            {"war", "sein"},
+            {"warst", "sein"},
+            {"waren", "sein"},
+            {"wart", "sein"},
+            {"gewesen", "sein"},
+            {"wäre", "sein"},
+            {"wären", "sein"},
+            {"sei", "sein"},
+            {"habe", "haben"},
+            {"hast", "haben"},
+            {"hat", "haben"},
+            {"habt", "haben"},
+            {"hatte", "haben"},
+            {"hatten", "haben"},
+            {"hattest", "haben"},
+            {"gehabt", "haben"},
+            {"hätte", "haben"},
+            {"wird", "werden"},
+            {"wirst", "werden"},
+            {"werde", "werden"},
+            {"wurde", "werden"},
+            {"wurden", "werden"},
+            {"geworden", "werden"},
+            {"kann", "können"},
+            {"kannst", "können"},
+            {"konnte", "können"},
+            {"könnte", "können"},
+            {"muss", "müssen"},
+            {"musst", "müssen"},
+            {"musste", "müssen"},
+            {"will", "wollen"},
+            {"willst", "wollen"},
+            {"wollte", "wollen"},
+            {"darf", "dürfen"},
+            {"durfte", "dürfen"},
+            {"soll", "sollen"},
+            {"sollte", "sollen"},
+            {"mag", "mögen"},
+            {"möchte", "mögen"},
+            {"möchten", "mögen"},
+            {"weiß", "wissen"},
+            {"weißt", "wissen"},
+            {"wusste", "wissen"},
+            {"gewusst", "wissen"},
+            {"ging", "gehen"},
+            {"gingen", "gehen"},
+            {"gegangen", "gehen"},
+            {"kam", "kommen"},
+            {"kamen", "kommen"},
+            {"gekommen", "kommen"},
+            {"sah", "sehen"},
+            {"sahen", "sehen"},
+            {"siehst", "sehen"},
+            {"sieht", "sehen"},
+            {"gesehen", "sehen"},
+            {"aß", "essen"},
+            {"aßen", "essen"},
+            {"isst", "essen"},
+            {"gegessen", "essen"},
+            {"trank", "trinken"},
+            {"getrunken", "trinken"},
+            {"schlief", "schlafen"},
+            {"schläft", "schlafen"},
+            {"geschlafen", "schlafen"},
+            {"schrieb", "schreiben"},
+            {"geschrieben", "schreiben"},
+            {"las", "lesen"},
+            {"liest", "lesen"},
+            {"gelesen", "lesen"},
+            {"sprach", "sprechen"},
+            {"spricht", "sprechen"},
+            {"sprichst", "sprechen"},
+            {"gesprochen", "sprechen"},
+            {"gab", "geben"},
+            {"gibt", "geben"},
+            {"gibst", "geben"},
+            {"gegeben", "geben"},
+            {"nahm", "nehmen"},
+            {"nimmt", "nehmen"},
+            {"nimmst", "nehmen"},
+            {"genommen", "nehmen"},
+            {"fand", "finden"},
+            {"gefunden", "finden"},
+            {"stand", "stehen"},
+            {"gestanden", "stehen"},
+            {"lief", "laufen"},
+            {"läuft", "laufen"},
+            {"gelaufen", "laufen"},
+            {"fuhr", "fahren"},
+            {"fährt", "fahren"},
+            {"gefahren", "fahren"},
+            {"hielt", "halten"},
+            {"hält", "halten"},
+            {"gehalten", "halten"},
+            {"ließ", "lassen"},
+            {"lässt", "lassen"},
+            {"gelassen", "lassen"},
+            {"tat", "tun"},
+            {"getan", "tun"},
+            {"brachte", "bringen"},
+            {"gebracht", "bringen"},
+            {"dachte", "denken"},
+            {"gedacht", "denken"},
+            {"kannte", "kennen"},
+            {"gekannt", "kennen"},
+            {"half", "helfen"},
+            {"hilft", "helfen"},
+            {"geholfen", "helfen"},
+            {"trug", "tragen"},
+            {"trägt", "tragen"},
+            {"getragen", "tragen"},
+            {"fiel", "fallen"},
+            {"fällt", "fallen"},
+            {"gefallen", "fallen"},
+            {"rief", "rufen"},
+            {"gerufen", "rufen"},
+            {"saß", "sitzen"},
+            {"gesessen", "sitzen"},
+            {"lag", "liegen"},
+            {"gelegen", "liegen"},
+            {"blieb", "bleiben"},
+            {"geblieben", "bleiben"},
+            {"starb", "sterben"},
+            {"stirbt", "sterben"},
+            {"gestorben", "sterben"},
+            {"flog", "fliegen"},
+            {"geflogen", "fliegen"},
+            {"schwamm", "schwimmen"},
+            {"geschwommen", "schwimmen"},
+            {"sang", "singen"},
+            {"gesungen", "singen"},
+            {"verstand", "verstehen"},
+            {"vergaß", "vergessen"},
+            {"vergisst", "vergessen"},
+            {"begann", "beginnen"},
+            {"begonnen", "beginnen"},
+            {"wusch", "waschen"},
+            {"wäscht", "waschen"},
+            {"gewaschen", "waschen"},
+            {"traf", "treffen"},
+            {"trifft", "treffen"},
+            {"getroffen", "treffen"},
+            {"zog", "ziehen"},
+            {"gezogen", "ziehen"},
+            {"schnitt", "schneiden"},
+            {"geschnitten", "schneiden"},
+            {"hieß", "heißen"},
+            {"geheißen", "heißen"},
+            {"lud", "laden"},
+            {"wuchs", "wachsen"},
+            {"wächst", "wachsen"},
+            {"gewachsen", "wachsen"},
+            {"vergessen", "vergessen"},
+            {"Häuser", "Haus"},
+            {"Bäume", "Baum"},
+            {"Bücher", "Buch"},
+            {"Männer", "Mann"},
+            {"Frauen", "Frau"},
+            {"Kinder", "Kind"},
+            {"Hände", "Hand"},
+            {"Städte", "Stadt"},
+            {"Väter", "Vater"},
+            {"Mütter", "Mutter"},
+            {"Brüder", "Bruder"},
+            {"Töchter", "Tochter"},
+            {"Länder", "Land"},
+            {"Wörter", "Wort"},
+            {"Äpfel", "Apfel"},
+            {"Vögel", "Vogel"},
+            {"Füße", "Fuß"},
+            {"Nächte", "Nacht"},
+            {"Gärten", "Garten"},
+            {"Züge", "Zug"},
+            {"Stühle", "Stuhl"},
+            {"Köpfe", "Kopf"},
+            {"Zähne", "Zahn"},
+            {"Dörfer", "Dorf"},
+            {"Wälder", "Wald"},
+            {"Gläser", "Glas"},
+            {"Blätter", "Blatt"},
+            {"Fächer", "Fach"},
+            {"Türen", "Tür"},
+            {"Augen", "Auge"},
+            {"Tage", "Tag"},
+            {"Jahre", "Jahr"},
+            {"besser", "gut"},
+            {"beste", "gut"},
+            {"besten", "gut"},
+            {"mehr", "viel"},
+            {"größer", "groß"},
+            {"größte", "groß"},
+            {"älter", "alt"},
+            {"jünger", "jung"},
         };
         for (const auto& row : rows)
             t.insert(QString::fromUtf8(row[0]), QString::fromUtf8(row[1]));
@@ -88,8 +236,8 @@ QStringList Lemmatizer::guesses(const QString& word, const QString& language)
         return english(word.toLower());
     if (language == QLatin1String("de"))
         return german(word);
-    if (language == QLatin1String("fr") || language == QLatin1String("es") || language == QLatin1String("it")
-        || language == QLatin1String("pt"))
+    if (language == QLatin1String("fr") || language == QLatin1String("es") || language == QLatin1String("it") ||
+        language == QLatin1String("pt"))
         return romance(word.toLower(), language);
     if (language == QLatin1String("ru"))
         return russian(word.toLower());
@@ -219,49 +367,92 @@ bool isHangulSyllable(QChar c)
     return c.unicode() >= hangulBase && c.unicode() <= hangulLast;
 }
 
-// The final consonant index (0 = none) of a Hangul syllable.
-int finalOf(QChar c)
-{
-    return (c.unicode() - hangulBase) % 28;
-}
-
-QChar withFinal(QChar c, int finalIndex)
-{
-    return QChar(char16_t(c.unicode() - finalOf(c) + finalIndex));
-}
-
 } // namespace
 
 QStringList Lemmatizer::korean(const QString& w)
 {
     QStringList out;
     // Particles after nouns, longest first.
-    for (const char* particle : {"에서는", "에게서", "으로는", "에서", "에게", "으로", "까지", "부터", "처럼", "보다", "하고",
-                                 "은", "는", "이", "가", "을", "를", "에", "의", "도", "와", "과", "로", "만", "들"}) {
+    for (const char* particle :
+         {"에서는", "에게서", "으로는", "에서", "에게", "으로", "까지", "부터", "처럼", "보다", "하고", "은", "는",
+          "이",     "가",     "을",     "를",   "에",   "의",   "도",   "와",   "과",   "로",   "만",   "들"}) {
         const QString p = QString::fromUtf8(particle);
         if (w.size() > p.size() && w.endsWith(p))
             out.append(w.left(w.size() - p.size()));
     }
-    // Verb and adjective endings back to the dictionary form in -다.
+    // Verb and adjective endings back to the stem, step by step: endings come off, the past
+    // tense's ㅆ comes out of its syllable, and contracted vowels open up again (봐 -> 보,
+    // 마셔 -> 마시, 해 -> 하, 써 -> 쓰). Every stem reached is offered with -다.
+    static const QStringList endings = [] {
+        QStringList e;
+        for (const char* ending : {"습니다", "습니까", "니다", "세요", "으세요", "지만", "으면", "어요", "아요",
+                                   "어서",   "아서",   "어도", "아도", "는데",   "니까", "요",   "다",   "고",
+                                   "면",     "서",     "지",   "게",   "기",     "는",   "은",   "을"})
+            e.append(QString::fromUtf8(ending));
+        return e;
+    }();
     const QString da = QStringLiteral("다");
-    for (const char* ending : {"었습니다", "았습니다", "습니다", "었어요", "았어요", "어요", "아요", "었다", "았다", "어서",
-                               "아서", "으면", "면", "고", "지만", "는", "은", "을", "세요", "으세요", "게", "기", "지"}) {
-        const QString e = QString::fromUtf8(ending);
-        if (w.size() > e.size() && w.endsWith(e))
-            out.append(w.left(w.size() - e.size()) + da);
+    QStringList frontier{w}, stems;
+    for (int depth = 0; depth < 4 && !frontier.isEmpty(); ++depth) {
+        QStringList next;
+        auto offer = [&](const QString& stem) {
+            if (!stem.isEmpty() && !stems.contains(stem) && !next.contains(stem))
+                next.append(stem);
+        };
+        for (const QString& form : frontier) {
+            for (const QString& e : endings) {
+                if (form.size() > e.size() && form.endsWith(e))
+                    offer(form.left(form.size() - e.size()));
+            }
+            const QChar last = form.back();
+            if (!isHangulSyllable(last))
+                continue;
+            const QString head = form.left(form.size() - 1);
+            const int index = last.unicode() - hangulBase;
+            const int initial = index / (21 * 28), vowel = (index / 28) % 21, coda = index % 28;
+            auto syllable = [&](int v, int f) { return QChar(char16_t(hangulBase + (initial * 21 + v) * 28 + f)); };
+            if (coda == 17) // ㅂ of ㅂ니다 folded into the stem's last syllable
+                offer(head + syllable(vowel, 0));
+            if (coda == 20) // ㅆ: the past tense
+                offer(head + syllable(vowel, 0));
+            if (coda == 0) {
+                switch (vowel) {
+                case 9:
+                    offer(head + syllable(8, 0));
+                    break; // ㅘ -> ㅗ
+                case 14:
+                    offer(head + syllable(13, 0));
+                    break; // ㅝ -> ㅜ
+                case 6:
+                    offer(head + syllable(20, 0));
+                    break; // ㅕ -> ㅣ
+                case 10:
+                    offer(head + syllable(11, 0));
+                    break; // ㅙ -> ㅚ
+                case 1:
+                    offer(head + syllable(0, 0));
+                    break; // 해 -> 하
+                case 4:
+                    offer(head + syllable(18, 0));
+                    break; // 써 -> 쓰
+                case 0:
+                    offer(head + syllable(18, 0));
+                    break; // 바빠 -> 바쁘
+                default:
+                    break;
+                }
+                if ((vowel == 4 || vowel == 0) && initial == 11 && form.size() > 1) // a bare 어 / 아 ending
+                    offer(head);
+            }
+        }
+        stems += next;
+        frontier = next;
     }
-    // 합니다 / 해요 / 했어요 -> 하다; ㅂ니다 folded into the last syllable.
-    for (const char* ending : {"해요", "했어요", "했습니다", "합니다", "했다", "해서", "하는", "한"}) {
-        const QString e = QString::fromUtf8(ending);
-        if (w.endsWith(e))
-            out.append(w.left(w.size() - e.size()) + QStringLiteral("하다"));
+    for (const QString& stem : stems) {
+        if (!stem.endsWith(da))
+            out.append(stem + da);
     }
-    if (w.endsWith(QStringLiteral("니다")) && w.size() > 2 && isHangulSyllable(w.at(w.size() - 3))
-        && finalOf(w.at(w.size() - 3)) == 17) // ㅂ
-        out.append(w.left(w.size() - 3) + withFinal(w.at(w.size() - 3), 0) + da);
-    if (w.endsWith(QStringLiteral("요")) && w.size() > 1)
-        out.append(w.left(w.size() - 1) + da);
-    if (!w.endsWith(da) && w.size() <= 3)
+    if (!w.endsWith(da))
         out.append(w + da);
     return out;
 }
