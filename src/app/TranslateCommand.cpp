@@ -87,7 +87,7 @@ int runTranslateCommand(const QStringList& arguments)
             err << translated.error().message << '\n';
             return 1;
         }
-        out << translated.value() << '\n';
+        out << QString(translated.value()).replace(QLatin1Char('\n'), QLatin1Char(' ')) << '\n';
         return 0;
     }
     QJsonObject answer{
