@@ -205,8 +205,10 @@ def read_mueller(table):
             continue
         # Split into parts of speech: "1. _n." "2. _v."; a single part has no number.
         parts = re.split(r"(?:^|\s)\d+\.\s+(?=_)", text)
-        order = 0
-        for part in parts:
+        for part_index, part in enumerate(parts):
+            # Each part of speech starts with its own main sense: "love" the verb is "любить"
+            # however many senses the noun has before it.
+            order = part_index // 2
             pm = re.match(r"\s*(?:\[[^\]]*\]\s*)?_([a-z\-]+)\.", part)
             pos = MUELLER_POS.get(pm.group(1), "") if pm else ""
             senses = re.split(r"\s\d+\)\s*|^\d+\)\s*|(?<=\S)\d+\)", part)
@@ -577,6 +579,8 @@ def rank_direction(direction):
         if entry is None:
             cands_by_key[key][cand.lower()] = [score, pos, cand]
         else:
+            if score > entry[0]:
+                entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
             entry[0] = max(entry[0], score) + 0.5  # found in two places: more trustworthy
             if not entry[1]:
                 entry[1] = pos

@@ -6,7 +6,8 @@ import sys
 
 
 def load(path):
-    data = open(path, "rb").read()
+    with open(path, "rb") as f:
+        data = f.read()
     count, index_offset, blob_offset, blob_length, meta_offset, meta_length = struct.unpack_from("<IIIIII", data, 8)
     table = {}
     for i in range(count):

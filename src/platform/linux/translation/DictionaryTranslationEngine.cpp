@@ -246,8 +246,16 @@ QStringList DictionaryTranslationEngine::lemmaCandidates(const QString& word, co
     if (sourceLanguage == QLatin1String("ja")) {
         if (!m_japanese)
             m_japanese = std::make_unique<JapaneseAnalyzer>();
+        // One word with its endings ("食べた", "読んでいる"): the first token carries the meaning
+        // and the rest only grammar. A phrase with further content words is no single word.
         const auto tokens = m_japanese->tokens(word);
-        if (!tokens.isEmpty())
+        bool oneWord = !tokens.isEmpty();
+        for (qsizetype i = 1; i < tokens.size() && oneWord; ++i) {
+            const QString& pos = tokens[i].partOfSpeech;
+            oneWord = pos == QStringLiteral("助動詞") || pos == QStringLiteral("助詞") ||
+                      (pos == QStringLiteral("動詞") && tokens[i].baseForm.size() <= 2);
+        }
+        if (oneWord)
             candidates.prepend(tokens.first().baseForm);
     }
     return candidates;
