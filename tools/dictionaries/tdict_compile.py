@@ -90,6 +90,7 @@ POS_NAMES = {
     "n": "n", "noun": "n", "v": "v", "vt": "v", "vi": "v", "verb": "v", "adj": "adj", "a": "adj",
     "adv": "adv", "pron": "pron", "prep": "prep", "conj": "conj", "cj": "conj", "num": "num",
     "int": "intj", "interj": "intj", "intj": "intj", "art": "det", "det": "det", "pl": "n",
+    "masc": "n", "fem": "n", "neut": "n",  # a gender makes a noun
 }
 
 
@@ -252,7 +253,7 @@ EDICT_RARE = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "io", "iK", "X", 
               "Buddh", "MA", "Shinto", "comp", "ling", "math", "med", "chem",
               "physics", "geol", "mil", "sumo", "shogi", "mahj", "baseb", "astron",
               "law", "econ", "finc", "music", "sports", "martial", "archit", "engr", "gramm", "hanaf",
-              "abbr", "col", "sl", "hum", "pol", "hon", "fem", "male", "joc", "poet", "m-sl", "net-sl",
+              "abbr", "col", "sl", "chn", "hum", "pol", "hon", "fem", "male", "joc", "poet", "m-sl", "net-sl",
               "on-mim", "yoji", "id", "proverb", "ctr", "suf", "pref", "n-suf", "n-pref", "aux", "aux-v"}
 
 
@@ -309,10 +310,11 @@ def read_edict(table):
             if not common:
                 for s in senses:
                     s.order += 2
+            usually_kana = "(uk)" in rest
             for key in (word, reading):
                 if key:
                     for s in senses:
-                        penalty = 0 if key == word else 1
+                        penalty = 0 if key == word or usually_kana else 1
                         table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3))
             if common:
                 table.common.add(word)
@@ -385,6 +387,8 @@ APERTIUM_POS = {"n": "n", "vblex": "v", "vbser": "v", "vbhaver": "v", "vbmod": "
 
 
 TAGGED_LEMMAS = {}  # language -> {(lemma, Apertium tag)}, filled by analyser_forms
+AUXILIARY_FORMS = {}  # language -> {form: lemma} for forms of "be", "have" and the modal verbs
+AUXILIARY_TAGS = {"vbser", "vbhaver", "vbmod", "vaux"}
 
 
 BIDIX = {  # (from, to) -> Apertium bilingual dictionary
@@ -471,6 +475,8 @@ def analyser_forms(code):
         if lemma == form:
             lemmas.add(form)
         raw_tag = tags.split(">")[0]
+        if raw_tag in AUXILIARY_TAGS and form != lemma:
+            AUXILIARY_FORMS.setdefault(code, {}).setdefault(form, lemma)
         if raw_tag in APERTIUM_POS and raw_tag != "np":
             tagged_lemmas.add((lemma, raw_tag))
         pos = APERTIUM_POS.get(tags.split(">")[0], "")
@@ -482,10 +488,17 @@ def analyser_forms(code):
     return forms, lemmas
 
 
-def add_lemma_links(entries, forms, confidence, lemma_forms):
+def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
     """Inflected forms point to their lemmas: where the dictionary lacks the form, and where its
-    own entry for the form is a rare word that merely looks like it ("fait" the adjective)."""
+    own entry for the form is a rare word that merely looks like it ("fait" the adjective). Forms
+    of the auxiliaries always do: French "est" is far more often "is" than "east"."""
+    for form, lemma in (auxiliaries or {}).items():
+        if lemma in entries and not entries[lemma][0].startswith(">"):
+            link = ">" + lemma + "\tv"
+            entries[form] = [link] + [l for l in entries.get(form, []) if l != link]
     for form, lemmas in forms.items():
+        if form in entries and entries[form][0].startswith(">"):
+            continue
         if form in entries:
             own = confidence.get(form)
             best = max((confidence.get(l, -99) for l, _ in lemmas), default=-99)
@@ -511,6 +524,34 @@ def add_lemma_links(entries, forms, confidence, lemma_forms):
 
 # ---------------------------------------------------------------------------------------------
 # Frequencies
+
+def wordnet_pos_counts():
+    """lemma -> {part of speech: tagged count}: which use of an English word is the usual one."""
+    counts = defaultdict(lambda: defaultdict(int))
+    kinds = {"1": "n", "2": "v", "3": "adj", "4": "adv", "5": "adj"}
+    path = os.path.join(WORDNET, "cntlist.rev")
+    if os.path.exists(path):
+        with open(path, encoding="utf-8", errors="replace") as f:
+            for line in f:
+                parts = line.split()
+                if len(parts) >= 3 and "%" in parts[0]:
+                    lemma, rest = parts[0].split("%", 1)
+                    counts[lemma.replace("_", " ")][kinds.get(rest[:1], "")] += int(parts[2])
+    return counts
+
+
+def guess_pos(word, language):
+    """The class of a translation where the source gives none: German nouns have capitals."""
+    if language == "de" and " " not in word:
+        if word[:1].isupper():
+            return "n"
+        if re.search(r"(en|ern|eln)$", word):
+            return "v"
+    return ""
+
+
+KATAKANA = re.compile(r"^[\u30a0-\u30ff・ー]+$")
+
 
 def wordnet_counts():
     counts = defaultdict(int)
@@ -569,7 +610,7 @@ class Direction:
         self.sources = set()
 
 
-def rank_direction(direction):
+def rank_direction(direction, english_pos=None):
     english_target = direction.target == "en"
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
@@ -617,21 +658,35 @@ def rank_direction(direction):
             penalty += 0.8
         if "-" in cand or "." in cand:
             penalty += 0.5
+        if direction.target == "ja" and KATAKANA.match(cand):
+            penalty += 1.2  # a loanword is rarely the first word a learner needs
         return penalty
+
+    def usual_use(key, pos):
+        """Bonus for the part of speech an English headword usually has ("egg" the noun)."""
+        if direction.source != "en" or english_pos is None or not pos:
+            return 0.0
+        counts = english_pos.get(key)
+        total = sum(counts.values()) if counts else 0
+        if total < 3:
+            return 0.0
+        return 2.0 * (counts.get(pos, 0) / total - 0.5)
 
     for table in direction.direct:
         redirects.update(table.redirects)
         for key, senses in table.senses.items():
             for s in senses:
                 for j, cand in enumerate(s.cands):
+                    pos = s.pos or guess_pos(cand, direction.target)
                     score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
+                    score += usual_use(key, pos)
                     back = back_translates(key, cand)
                     if back is not None:
                         score += 3.0 - min(back, 6) * 0.4
                     score += 0.35 * frequency_bonus(cand)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, s.pos, score)
+                    offer(key, cand, pos, score)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -651,7 +706,9 @@ def rank_direction(direction):
                             forward = r
                     if forward is not None:
                         score += 2.0 - min(forward, 6) * 0.3
-                    offer(key, original, s.pos, score)
+                    pos = s.pos or guess_pos(original, direction.target)
+                    score += usual_use(key, pos)
+                    offer(key, original, pos, score)
 
     result = {}
     confidence = {}
@@ -729,6 +786,7 @@ def main(argv):
         return only is None or any(p in only for p in pairs)
 
     english = wordnet_counts()
+    english_pos = wordnet_pos_counts()
     for word in ENGLISH_FUNCTION:
         english[word] = max(english.get(word, 0), 300)
 
@@ -803,11 +861,13 @@ def main(argv):
         pair = f"{d.source}-{d.target}"
         if only is not None and pair not in only:
             continue
-        entries, confidence = rank_direction(d)
+        entries, confidence = rank_direction(d, english_pos)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
         forms, lemma_forms = form_cache[d.source]
-        add_lemma_links(entries, forms, confidence, lemma_forms)
+        # English modals and "be" forms are headwords of their own in every English dictionary.
+        auxiliaries = None if d.source == "en" else AUXILIARY_FORMS.get(d.source)
+        add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries)
         meta = [("direction", pair), ("format", "1")]
         for s in sorted(d.sources):
             meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))
