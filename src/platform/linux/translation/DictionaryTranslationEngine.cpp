@@ -88,9 +88,10 @@ DictionaryTranslationEngine::~DictionaryTranslationEngine() = default;
 QStringList DictionaryTranslationEngine::defaultDirectories()
 {
     QStringList dirs;
+    // A directory named in the environment is the only one: a test or a packager means exactly it.
     const QString fromEnvironment = qEnvironmentVariable("TOLVANE_DICTIONARY_DIR");
     if (!fromEnvironment.isEmpty())
-        dirs.append(fromEnvironment);
+        return {fromEnvironment};
     if (QCoreApplication::instance())
         dirs.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tolvane/dictionaries"));
 #ifdef TOLVANE_SOURCE_DIR

@@ -42,9 +42,9 @@ public:
     explicit DictionaryTranslationEngine(QStringList directories = defaultDirectories());
     ~DictionaryTranslationEngine() override;
 
-    // $TOLVANE_DICTIONARY_DIR, the installed share/tolvane/dictionaries next to the program,
-    // the source tree's data/dictionaries (where scripts/setup compiles them), and
-    // $XDG_DATA_HOME/tolvane/dictionaries.
+    // $TOLVANE_DICTIONARY_DIR alone when it is set; otherwise the installed
+    // share/tolvane/dictionaries next to the program, the source tree's data/dictionaries (where
+    // scripts/setup compiles them), and $XDG_DATA_HOME/tolvane/dictionaries.
     static QStringList defaultDirectories();
     static QString pairKey(const QString& sourceCode, const QString& targetCode);
 
