@@ -420,7 +420,7 @@ def bidix_translations(source, target, tagged_lemmas):
         for alternative in rest.split("/"):
             if alternative.startswith("@") or "<" not in alternative:
                 continue
-            word = alternative.split("<")[0].replace("_", " ").strip()
+            word = alternative.split("<")[0].replace("_", " ").replace("#", "").strip()
             if word and word != lemma or word:
                 out.setdefault(lemma, [])
                 if (word, tag) not in out[lemma]:

@@ -282,16 +282,38 @@ std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const Diction
             return folded;
         }
     }
-    // German nouns are written with a capital; a lower-cased noun from a sentence start or a
-    // heading still finds its entry.
+    // German nouns are written with a capital; a lower-cased noun from a heading still finds its
+    // entry. A lower-case German word is first read as an inflected verb or adjective ("kleine"
+    // is "klein", not "die Kleine"), then as a noun.
     const QString capitalised = lower.left(1).toUpper() + lower.mid(1);
-    if (capitalised != word) {
+    const bool lowerCaseGerman = sourceLanguage == QLatin1String("de") && word.at(0).isLower();
+    auto tryCapitalised = [&]() -> std::optional<WordTranslation> {
+        if (capitalised == word)
+            return std::nullopt;
         if (auto capital = entryFor(file, capitalised, {}, 0)) {
             capital->word = word;
             return capital;
         }
+        return std::nullopt;
+    };
+    if (!lowerCaseGerman) {
+        if (auto found = tryCapitalised())
+            return found;
     }
-    for (const QString& lemma : lemmaCandidates(word, sourceLanguage)) {
+    const QStringList lemmas = lemmaCandidates(word, sourceLanguage);
+    if (lowerCaseGerman) {
+        for (const QString& lemma : lemmas) {
+            if (lemma == word || lemma.isEmpty())
+                continue;
+            if (auto found = entryFor(file, lemma, {}, 0)) {
+                found->word = word;
+                return found;
+            }
+        }
+        if (auto found = tryCapitalised())
+            return found;
+    }
+    for (const QString& lemma : lemmas) {
         if (lemma.isEmpty() || lemma == word)
             continue;
         if (auto found = entryFor(file, lemma, {}, 0)) {

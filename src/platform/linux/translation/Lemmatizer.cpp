@@ -210,14 +210,6 @@ const QHash<QString, QString>& germanIrregular()
             {"Augen", "Auge"},
             {"Tage", "Tag"},
             {"Jahre", "Jahr"},
-            {"besser", "gut"},
-            {"beste", "gut"},
-            {"besten", "gut"},
-            {"mehr", "viel"},
-            {"größer", "groß"},
-            {"größte", "groß"},
-            {"älter", "alt"},
-            {"jünger", "jung"},
         };
         for (const auto& row : rows)
             t.insert(QString::fromUtf8(row[0]), QString::fromUtf8(row[1]));
@@ -340,20 +332,23 @@ QStringList Lemmatizer::romance(const QString& w, const QString& language)
 QStringList Lemmatizer::russian(const QString& w)
 {
     QStringList out;
-    addStripped(out, w, QStringLiteral("ы"), QString());
-    addStripped(out, w, QStringLiteral("и"), QString());
-    addStripped(out, w, QStringLiteral("а"), QString());
-    addStripped(out, w, QStringLiteral("и"), QStringLiteral("а"));
-    addStripped(out, w, QStringLiteral("ы"), QStringLiteral("а"));
-    addStripped(out, w, QStringLiteral("ая"), QStringLiteral("ый"));
-    addStripped(out, w, QStringLiteral("ая"), QStringLiteral("ий"));
-    addStripped(out, w, QStringLiteral("ое"), QStringLiteral("ый"));
-    addStripped(out, w, QStringLiteral("ие"), QStringLiteral("ий"));
-    addStripped(out, w, QStringLiteral("ые"), QStringLiteral("ый"));
-    addStripped(out, w, QStringLiteral("ал"), QStringLiteral("ать"));
-    addStripped(out, w, QStringLiteral("ала"), QStringLiteral("ать"));
-    addStripped(out, w, QStringLiteral("ил"), QStringLiteral("ить"));
-    addStripped(out, w, QStringLiteral("ила"), QStringLiteral("ить"));
+    // Verbs: present and past tense back to the infinitive.
+    const char* verbEndings[][2] = {{"ает", "ать"}, {"ают", "ать"}, {"аешь", "ать"}, {"аю", "ать"},  {"яет", "ять"},
+                                    {"яют", "ять"}, {"ит", "ить"},  {"ят", "ить"},   {"ишь", "ить"}, {"ю", "ить"},
+                                    {"ет", "еть"},  {"ал", "ать"},  {"ала", "ать"},  {"ало", "ать"}, {"али", "ать"},
+                                    {"ил", "ить"},  {"ила", "ить"}, {"или", "ить"},  {"ел", "еть"},  {"ела", "еть"},
+                                    {"ет", "ать"},  {"ут", "ать"},  {"у", "ать"},    {"ешь", "ать"}};
+    for (const auto& ending : verbEndings)
+        addStripped(out, w, QString::fromUtf8(ending[0]), QString::fromUtf8(ending[1]));
+    // Nouns and adjectives: case and number endings back to the dictionary form.
+    const char* nounEndings[][2] = {{"ы", ""},    {"и", ""},    {"а", ""},     {"у", ""},     {"ом", ""},
+                                    {"е", ""},    {"ов", ""},   {"ам", ""},    {"ах", ""},    {"и", "а"},
+                                    {"ы", "а"},   {"у", "а"},   {"ой", "а"},   {"е", "а"},    {"и", "я"},
+                                    {"ю", "я"},   {"и", "ь"},   {"ая", "ый"},  {"ая", "ий"},  {"ое", "ый"},
+                                    {"ые", "ый"}, {"ие", "ий"}, {"ого", "ый"}, {"ому", "ый"}, {"ой", "ый"},
+                                    {"ую", "ый"}, {"ых", "ый"}, {"ая", "ой"},  {"ие", "ой"},  {"ее", "ий"}};
+    for (const auto& ending : nounEndings)
+        addStripped(out, w, QString::fromUtf8(ending[0]), QString::fromUtf8(ending[1]));
     return out;
 }
 
