@@ -33,11 +33,14 @@ private Q_SLOTS:
                                   {"big", "adj\tбольшой"},
                               },
                               "direction: en-ru\nsource: test data; licence GPL-3.0-or-later")));
-        QVERIFY(writeFile(m_dir.filePath(QStringLiteral("de-en.tdict")), buildDictionary({{"Haus", "n\thouse|home"},
-                                                                                          {"sein", "v\tbe"},
-                                                                                          {"bin", "n\tbin"},
-                                                                                          {"Tag", "n\tday"},
-                                                                                          {"gehen", "v\tgo|walk"}})));
+        QVERIFY(
+            writeFile(m_dir.filePath(QStringLiteral("de-en.tdict")), buildDictionary({{"Haus", "n\thouse|home"},
+                                                                                      {"Kleine", "n\tlittle one"},
+                                                                                      {"klein", "adj\tsmall|little"},
+                                                                                      {"sein", "v\tbe"},
+                                                                                      {"bin", "n\tbin"},
+                                                                                      {"Tag", "n\tday"},
+                                                                                      {"gehen", "v\tgo|walk"}})));
         QVERIFY(
             writeFile(m_dir.filePath(QStringLiteral("zh-en.tdict")),
                       buildDictionary(
@@ -72,6 +75,11 @@ private Q_SLOTS:
                  QStringLiteral("house, home"));
         QCOMPARE(engine.translate(QStringLiteral("Tage"), QStringLiteral("de"), QStringLiteral("en")).value(),
                  QStringLiteral("day"));
+        // Lower case in German: an inflected adjective before a noun that looks the same.
+        QCOMPARE(engine.translate(QStringLiteral("kleine"), QStringLiteral("de"), QStringLiteral("en")).value(),
+                 QStringLiteral("small, little"));
+        QCOMPARE(engine.translate(QStringLiteral("Kleine"), QStringLiteral("de"), QStringLiteral("en")).value(),
+                 QStringLiteral("little one"));
         // Korean endings and particles.
         QCOMPARE(engine.translate(QStringLiteral("먹었어요"), QStringLiteral("ko"), QStringLiteral("en")).value(),
                  QStringLiteral("eat"));
@@ -179,6 +187,10 @@ private Q_SLOTS:
         QCOMPARE(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("de")), QStringLiteral("gehen"));
         QVERIFY(Lemmatizer::irregularLemma(QStringLiteral("ging"), QStringLiteral("en")).isEmpty());
         QVERIFY(Lemmatizer::guesses(QStringLiteral("吃了"), QStringLiteral("zh")).contains(QStringLiteral("吃")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("читает"), QStringLiteral("ru")).contains(QStringLiteral("читать")));
+        QVERIFY(Lemmatizer::guesses(QStringLiteral("книгами"), QStringLiteral("ru")).contains(QStringLiteral("книга")));
+        QVERIFY(
+            Lemmatizer::guesses(QStringLiteral("красивая"), QStringLiteral("ru")).contains(QStringLiteral("красивый")));
         QVERIFY(Lemmatizer::guesses(QStringLiteral("갑니다"), QStringLiteral("ko")).contains(QStringLiteral("가다")));
         QVERIFY(Lemmatizer::guesses(QString(), QStringLiteral("ko")).isEmpty());
         // Contracted and past-tense Korean forms open up to their dictionary form.
