@@ -144,6 +144,9 @@ class Table:
         # How much the source's order of senses says: much for dictionaries ordered by meaning,
         # little for lists that are alphabetical or give one entry per sense in no order.
         self.order_weight = order_weight
+        # A source whose senses are real senses ("eye" | "snow") rather than lists of words:
+        # the first gloss then shows one sense, never a mixture.
+        self.keeps_senses = False
         self.senses = defaultdict(list)
         self.redirects = {}
         self.common = set()  # headwords the source marks as common
@@ -615,14 +618,18 @@ def rank_direction(direction, english_pos=None):
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
 
-    def offer(key, cand, pos, score):
+    def offer(key, cand, pos, score, sense=None):
         entry = cands_by_key[key].get(cand.lower())
         if entry is None:
-            cands_by_key[key][cand.lower()] = [score, pos, cand]
+            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score]
         else:
-            if score > entry[0]:
+            if score > entry[4]:
                 entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
-            entry[0] = max(entry[0], score) + 0.5  # found in two places: more trustworthy
+                entry[3] = sense
+            # Found in two places: more trustworthy, once; a word repeated in many senses of
+            # one entry ("make" under する) earns no more.
+            entry[4] = max(entry[4], score)
+            entry[0] = entry[4] + 0.5
             if not entry[1]:
                 entry[1] = pos
 
@@ -686,7 +693,7 @@ def rank_direction(direction, english_pos=None):
                     score += 0.35 * frequency_bonus(cand)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, pos, score)
+                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -715,14 +722,19 @@ def rank_direction(direction, english_pos=None):
     for key, cands in cands_by_key.items():
         ranked = sorted(cands.values(), key=lambda e: -e[0])[:8]
         confidence[key] = ranked[0][0]
+        lines = []
+        best_sense = ranked[0][3]
+        if best_sense is not None:
+            first = [e for e in ranked if e[3] == best_sense]
+            lines.append(ranked[0][1] + "\t" + "|".join(e[2] for e in first[:4]))
+            ranked = [e for e in ranked if e[3] != best_sense]
         # Group by part of speech in the order their best candidates come.
         groups, order = {}, []
-        for score, pos, cand in ranked:
+        for score, pos, cand, _, _ in ranked:
             if pos not in groups:
                 groups[pos] = []
                 order.append(pos)
             groups[pos].append(cand)
-        lines = []
         for pos in order:
             lines.append(pos + "\t" + "|".join(groups[pos][:4]))
         result[key] = lines
@@ -833,12 +845,14 @@ def main(argv):
         jobs.append(d)
     if wanted("ja-en", "en-ja"):
         ed = table("ja-en", "edict", read_edict)
+        ed.keeps_senses = True
         d = Direction("ja", "en"); d.direct = [ed]; d.freq = english; d.sources = {"edict"}
         jobs.append(d)
         d = Direction("en", "ja"); d.reverse = [ed]; d.common = ed.common; d.sources = {"edict"}
         jobs.append(d)
     if wanted("zh-en", "en-zh") and cedict:
         ce = table("zh-en", "cedict", lambda t: read_cedict(cedict, t))
+        ce.keeps_senses = True
         productivity = defaultdict(int)
         for head in ce.senses:
             for n in range(1, min(len(head), 4) + 1):
@@ -851,6 +865,7 @@ def main(argv):
     if wanted("ko-en", "en-ko") and korean:
         ko_en, en_ko = Table("korean"), Table("korean")
         read_korean(korean, ko_en, en_ko)
+        ko_en.keeps_senses = True
         d = Direction("ko", "en"); d.direct = [ko_en]; d.freq = english; d.sources = {"korean"}
         jobs.append(d)
         d = Direction("en", "ko"); d.reverse = [ko_en]; d.common = ko_en.common; d.sources = {"korean"}

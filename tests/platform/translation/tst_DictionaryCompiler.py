@@ -87,6 +87,16 @@ class Ranking(unittest.TestCase):
         self.assertEqual(first[:2], ["house", "home"])
         self.assertEqual(entries["здание"][0].split("\t")[1].split("|")[0], "building")
 
+    def test_a_source_of_real_senses_shows_one_sense_first(self):
+        table = tc.Table("korean")
+        table.keeps_senses = True
+        table.add("말", tc.Sense("n", ["word", "speech"], False, 0))
+        table.add("말", tc.Sense("n", ["horse"], False, 1))
+        d = tc.Direction("ko", "en")
+        d.direct, d.freq = [table], {"word": 50, "speech": 20, "horse": 40}
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["말"], ["n\tword|speech", "n\thorse"])
+
     def test_weak_look_alike_forms_point_to_their_lemma(self):
         entries = {"fait": ["adj\tmature"], "faire": ["v\tdo|make"], "maisons": None}
         del entries["maisons"]
