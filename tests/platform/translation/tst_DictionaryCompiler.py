@@ -109,6 +109,23 @@ class Ranking(unittest.TestCase):
         self.assertNotIn("xyz", entries)
 
 
+class GermanCore(unittest.TestCase):
+    def test_inflected_forms_of_core_adjectives_and_verbs(self):
+        core = tc.Table("german-core")
+        core.add("klein", tc.Sense("adj", ["small"], False, 0))
+        core.add("kaufen", tc.Sense("v", ["buy"], False, 0))
+        core.add("Haus", tc.Sense("n", ["house"], False, 0))
+        forms = tc.german_core_forms(core)
+        self.assertEqual(forms["kleine"], [("klein", "adj")])
+        self.assertEqual(forms["kaufte"], [("kaufen", "v")])
+        self.assertEqual(forms["gekauft"], [("kaufen", "v")])
+        self.assertNotIn("Hause", forms)
+        # A look-alike noun entry gives way to the adjective it is a form of.
+        entries = {"kleine": ["n\twhisky"], "klein": ["adj\tsmall"]}
+        tc.add_lemma_links(entries, forms, {"kleine": 0.5, "klein": 5.0}, set())
+        self.assertEqual(entries["kleine"][0], ">klein\tadj")
+
+
 class FileFormat(unittest.TestCase):
     def test_written_files_read_back_sorted_by_bytes(self):
         with tempfile.TemporaryDirectory() as tmp:
