@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 #include "app/LanguageCommands.h"
+#include "app/TranslateCommand.h"
 
 namespace tolvane {
 
@@ -13,6 +14,8 @@ const QList<Subcommand>& subcommands()
          runReadingCommand},
         {"pos", "SENTENCE WORD", "Print the part of speech of WORD in SENTENCE (n., v., adj., …), if any.",
          runPosCommand},
+        {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
+         "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
     };
     return table;
 }

@@ -14,6 +14,7 @@
 #include "platform/linux/language/LanguageModelRecognizer.h"
 #include "platform/linux/language/WordNetLexicalTagger.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
+#include "platform/linux/translation/DictionaryTranslationEngine.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -40,6 +41,7 @@ PlatformServices createPlatformServices()
         std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
     services.lexicalTagger = std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
     services.transliterator = std::make_unique<IcuMecabTransliterator>();
+    services.translationEngine = std::make_unique<DictionaryTranslationEngine>();
     return services;
 }
 

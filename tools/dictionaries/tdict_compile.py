@@ -1,0 +1,932 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
+
+Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--german FILE] [--only en-ru,ru-en]
+
+Each direction is built from the sources that translate that way and, where one exists, from the
+reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
+candidate is scored: the order of its sense in the source, whether it translates back to the word,
+how common it is (WordNet sense counts for English, counts in the dictionaries' own examples for
+the other languages), and whether it is a plain word rather than a phrase or a specialist term.
+
+File layout (little-endian), read by DictionaryFile:
+  magic "TDICT\\x01\\0\\0", u32 count, u32 indexOffset, u32 blobOffset, u32 blobLength,
+  u32 metaOffset, u32 metaLength; index: count x (u32 keyOffset, u32 keyLength, u32 valueOffset,
+  u32 valueLength) sorted by key bytes; blob: UTF-8 keys and values; meta: UTF-8 "key: value"
+  lines naming the direction, sources and licences.
+A value is lines: ">lemma" (this form belongs to lemma) or "pos\\tfirst|second|third" senses,
+best first.
+"""
+
+import gzip
+import math
+import os
+import re
+import struct
+import sys
+from collections import defaultdict
+
+DICTD = "/usr/share/dictd"
+EDICT = "/usr/share/edict/edict"
+WORDNET = "/usr/share/wordnet"
+
+SOURCES = {
+    "mueller7": ("Mueller English-Russian Dictionary, 7th edition (mueller7-dict)", "GPL-2.0-or-later"),
+    "freedict": ("FreeDict bilingual dictionaries (dict-freedict-*)", "GPL-2.0-or-later / CC-BY-SA"),
+    "ding": ("Ding German-English dictionary via FreeDict", "GPL-2.0-or-later"),
+    "edict": ("EDICT, Electronic Dictionary Research and Development Group", "CC-BY-SA-3.0"),
+    "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
+    "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
+    "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
+    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt)", "GPL-2.0-or-later"),
+}
+
+B64 = {c: i for i, c in enumerate("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")}
+
+
+def b64(text):
+    n = 0
+    for c in text:
+        n = n * 64 + B64[c]
+    return n
+
+
+def dictd_entries(name):
+    """Yields the body of every entry of a dictd dictionary (our own pass over the index)."""
+    path = os.path.join(DICTD, name)
+    if not os.path.exists(path + ".index"):
+        return
+    data = gzip.open(path + ".dict.dz").read()
+    seen = set()
+    with open(path + ".index", encoding="utf-8", errors="replace") as index:
+        for line in index:
+            parts = line.rstrip("\n").split("\t")
+            if len(parts) < 3 or parts[0].startswith("00-database") or parts[0].startswith("00database"):
+                continue
+            try:
+                start, length = b64(parts[1]), b64(parts[2])
+            except KeyError:
+                continue
+            if (start, length) in seen:
+                continue
+            seen.add((start, length))
+            yield data[start:start + length].decode("utf-8", errors="replace")
+
+
+# ---------------------------------------------------------------------------------------------
+# Candidate clean-up
+
+LATIN = re.compile(r"[A-Za-z]")
+PARENS = re.compile(r"\([^()]*\)|\[[^\[\]]*\]|\{[^{}]*\}|<[^<>]*>")
+# Specialist fields and registers that make a sense a poor first gloss. Plain classifications
+# such as [zool.] or [bot.] are not among them: "dog" is a zoological word and an everyday one.
+DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|naut|mil|hist|electr|constr|min|"
+                        r"ling|astron|fin|pol|print|rail|aviat|agr|textil|philos|psych|mach|telco|statist|"
+                        r"archaic|obs|slang|vulg|dated|rare|poet|Schw|Ös|Süddt|Norddt|BE|AE|sport|mus|relig|"
+                        r"geogr|electronics|photo|insur|adm|envir|biochem|pharm|engin|mineral|astrol|lit)[^\]]*\]")
+POS_TAG = re.compile(r"<([^<>]*)>")
+
+POS_NAMES = {
+    "n": "n", "noun": "n", "v": "v", "vt": "v", "vi": "v", "verb": "v", "adj": "adj", "a": "adj",
+    "adv": "adv", "pron": "pron", "prep": "prep", "conj": "conj", "cj": "conj", "num": "num",
+    "int": "intj", "interj": "intj", "intj": "intj", "art": "det", "det": "det", "pl": "n",
+    "masc": "n", "fem": "n", "neut": "n",  # a gender makes a noun
+}
+
+
+def pos_of(tags):
+    for tag in re.split(r"[,\s]+", tags):
+        if tag in POS_NAMES:
+            return POS_NAMES[tag]
+    return ""
+
+
+def clean(text, english):
+    previous = None
+    while previous != text:  # nested brackets: "dog (Canis (lupus) familiaris)"
+        previous, text = text, PARENS.sub(" ", text)
+    text = text.replace("sb.", " ").replace("sth.", " ").replace("smb.", " ").replace("smth.", " ")
+    text = re.sub(r"\s+", " ", text).strip(" .;:!?-–—/\"'")
+    if english:
+        text = re.sub(r"^(to|a|an|the) ", "", text)
+        text = re.sub(r"^(to|a|an|the) ", "", text)
+    return text.strip()
+
+
+def split_list(text, separators=",;"):
+    out, depth, current = [], 0, []
+    for c in text:
+        if c in "([{<":
+            depth += 1
+        elif c in ")]}>":
+            depth = max(0, depth - 1)
+        if c in separators and depth == 0:
+            out.append("".join(current))
+            current = []
+        else:
+            current.append(c)
+    out.append("".join(current))
+    return out
+
+
+class Sense:
+    __slots__ = ("pos", "cands", "domain", "order")
+
+    def __init__(self, pos, cands, domain=False, order=0):
+        self.pos, self.cands, self.domain, self.order = pos, cands, domain, order
+
+
+class Table:
+    """One direction as read from its source: headword -> senses in the source's order."""
+
+    def __init__(self, source, order_weight=0.9):
+        self.source = source
+        # How much the source's order of senses says: much for dictionaries ordered by meaning,
+        # little for lists that are alphabetical or give one entry per sense in no order.
+        self.order_weight = order_weight
+        # A source whose senses are real senses ("eye" | "snow") rather than lists of words:
+        # the first gloss then shows one sense, never a mixture.
+        self.keeps_senses = False
+        # Added to every candidate: project-written core vocabularies outrank bulk data.
+        self.bonus = 0.0
+        self.senses = defaultdict(list)
+        self.redirects = {}
+        self.common = set()  # headwords the source marks as common
+
+    def add(self, key, sense):
+        if key and sense.cands:
+            self.senses[key].append(sense)
+
+
+# ---------------------------------------------------------------------------------------------
+# Sources
+
+HEAD = re.compile(r"^(?P<head>[^/<\[(]+?)\s*(?:/[^/]*/\s*)*(?:\(.*\)\s*)?(?:<(?P<tags>[^>]*)>)?\s*$")
+
+
+def read_freedict(name, source_english, target_english, table):
+    for body in dictd_entries(name):
+        lines = body.split("\n")
+        m = HEAD.match(lines[0].strip())
+        if not m:
+            continue
+        head = m.group("head").strip()
+        headpos = pos_of(m.group("tags") or "")
+        order = 0
+        for raw in lines[1:]:
+            if not raw.strip() or raw.startswith("   ") or raw.strip().startswith(("see:", "Synonym", "Note:", '"')):
+                continue
+            line = raw.strip()
+            line = re.sub(r"^\d+\.\s*", "", line)
+            domain = bool(DOMAIN_TAG.search(line)) or "[fig.]" in line or "[obs.]" in line or "[archaic]" in line
+            pos = headpos
+            cands = []
+            for part in split_list(line):
+                tags = POS_TAG.findall(part)
+                if tags and not pos:
+                    pos = pos_of(tags[0])
+                word = clean(part, target_english)
+                if word and len(word) < 60:
+                    cands.append(word)
+            if cands:
+                table.add(head, Sense(pos, cands, domain, order))
+                order += 1
+
+
+MUELLER_POS = {"n": "n", "v": "v", "a": "adj", "adv": "adv", "pron": "pron", "prep": "prep", "cj": "conj",
+               "num": "num", "int": "intj", "part": "part", "pl": "n"}
+RU_LABEL = re.compile(r"_[A-Za-zА-Яа-яё\-]+\.")
+
+
+def read_mueller(table):
+    for body in dictd_entries("mueller7"):
+        lines = body.split("\n")
+        head = lines[0].strip()
+        if not head or head.startswith("00"):
+            continue
+        text = " ".join(l.strip() for l in lines[1:])
+        redirect = re.search(r"_(?:p|p-p|pl|past|pres-p)\. (?:и _p-p\. )?от ([A-Za-z][A-Za-z\- ]*?)(?: \d|$|;|,|\))", text)
+        if redirect and len(text) < 80:
+            table.redirects[head] = redirect.group(1).strip()
+            continue
+        # Split into parts of speech: "1. _n." "2. _v."; a single part has no number.
+        parts = re.split(r"(?:^|\s)\d+\.\s+(?=_)", text)
+        for part_index, part in enumerate(parts):
+            # Each part of speech starts with its own main sense: "love" the verb is "любить"
+            # however many senses the noun has before it.
+            order = part_index // 2
+            pm = re.match(r"\s*(?:\[[^\]]*\]\s*)?_([a-z\-]+)\.", part)
+            pos = MUELLER_POS.get(pm.group(1), "") if pm else ""
+            senses = re.split(r"\s\d+\)\s*|^\d+\)\s*|(?<=\S)\d+\)", part)
+            if len(senses) > 1:
+                senses = senses[1:]
+            for sense in senses:
+                sense = re.sub(r"^\s*(?:\[[^\]]*\]\s*)?", "", sense)
+                domain = False
+                # Leading labels: part of speech, style or domain ("_разг.", "_мор.").
+                while True:
+                    lm = re.match(r"\s*_([A-Za-zА-Яа-яё\-]+)\.\s*", sense)
+                    if not lm:
+                        break
+                    if lm.group(1) not in MUELLER_POS and lm.group(1) not in ("attr",):
+                        domain = True
+                    if lm.group(1) == "attr":
+                        domain = True
+                    sense = sense[lm.end():]
+                sense = re.sub(r"\([^()]*\)", " ", sense)
+                sense = re.sub(r"\([^()]*\)", " ", sense)
+                sense = re.sub(r"\{[^}]*\}", " ", sense)
+                cands = []
+                for chunk in sense.split(";"):
+                    if LATIN.search(chunk) or "а)" in chunk:
+                        break
+                    for word in chunk.split(","):
+                        word = RU_LABEL.sub(" ", word)
+                        word = clean(word, False)
+                        if word and not LATIN.search(word) and len(word) < 40:
+                            cands.append(word)
+                    if len(cands) >= 4:
+                        break
+                if cands:
+                    table.add(head, Sense(pos, cands, domain, order))
+                    order += 1
+
+
+EDICT_POS = [("v", "v"), ("adj", "adj"), ("n", "n"), ("adv", "adv"), ("pn", "pron"), ("int", "intj"),
+             ("conj", "conj"), ("prt", "part"), ("exp", "exp")]
+EDICT_RARE = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "io", "iK", "X", "vulg", "sens", "derog",
+              "Buddh", "MA", "Shinto", "comp", "ling", "math", "med", "chem",
+              "physics", "geol", "mil", "sumo", "shogi", "mahj", "baseb", "astron",
+              "law", "econ", "finc", "music", "sports", "martial", "archit", "engr", "gramm", "hanaf",
+              "abbr", "col", "sl", "chn", "hum", "pol", "hon", "fem", "male", "joc", "poet", "m-sl", "net-sl",
+              "on-mim", "yoji", "id", "proverb", "ctr", "suf", "pref", "n-suf", "n-pref", "aux", "aux-v"}
+
+
+def edict_pos(tags):
+    for tag in tags:
+        for prefix, pos in EDICT_POS:
+            if tag == prefix or tag.startswith(prefix + "-") or (prefix == "v" and re.match(r"v[1-5a-z]", tag)):
+                return pos
+    return ""
+
+
+def read_edict(table):
+    if not os.path.exists(EDICT):
+        return
+    with open(EDICT, encoding="euc_jp", errors="replace") as f:
+        for line in f:
+            m = re.match(r"^(\S+) (?:\[([^\]]+)\] )?/(.*)/\s*$", line)
+            if not m:
+                continue
+            word, reading, rest = m.group(1), m.group(2), m.group(3)
+            fields = rest.split("/")
+            common = "(P)" in fields
+            entry_rare = False
+            pos, rare, order = "", False, 0
+            senses = []
+            current = None
+            for field in fields:
+                if field == "(P)" or field.startswith("EntL"):
+                    continue
+                tags = []
+                while True:
+                    tm = re.match(r"\s*\(([^()]*)\)\s*", field)
+                    if not tm:
+                        break
+                    inner = tm.group(1)
+                    if re.fullmatch(r"\d+", inner):
+                        current = None
+                    else:
+                        tags.extend(t.strip() for t in inner.split(","))
+                    field = field[tm.end():]
+                if tags and edict_pos(tags):
+                    pos = edict_pos(tags)
+                    current = None
+                if tags:
+                    rare = any(t in EDICT_RARE for t in tags)
+                word_en = clean(field, True)
+                if not word_en or len(word_en) > 50:
+                    continue
+                if current is None:
+                    current = Sense(pos, [], rare, order)
+                    senses.append(current)
+                    order += 1
+                current.cands.append(word_en)
+            if not common:
+                for s in senses:
+                    s.order += 2
+            usually_kana = "(uk)" in rest
+            for key in (word, reading):
+                if key:
+                    for s in senses:
+                        penalty = 0 if key == word or usually_kana else 1
+                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3))
+            if common:
+                table.common.add(word)
+                if reading and not re.search(r"[\u4e00-\u9fff]", word):
+                    table.common.add(reading)
+
+
+def read_cedict(path, table):
+    if not path or not os.path.exists(path):
+        return
+    with open(path, encoding="utf-8", errors="replace") as f:
+        for line in f:
+            m = re.match(r"^(?:module\.exports = `)?(\S+) (\S+) \[([^\]]*)\] /(.*)/", line)
+            if not m:
+                continue
+            trad, simp, pinyin, rest = m.groups()
+            proper = pinyin[:1].isupper()
+            order = 3 if proper else 0
+            for field in rest.split("/"):
+                low = field.lower()
+                if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
+                                   "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
+                    continue
+                domain = proper or field.startswith(("(bound form)", "(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)",
+                                                     "(Internet slang)", "(coll.)", "(Cantonese)", "(physics)",
+                                                     "(math.)", "(chemistry)", "(medicine)", "(Buddhism)"))
+                pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
+                cands = [clean(c, True) for c in field.split(";")]
+                cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
+                if cands:
+                    table.add(simp, Sense(pos, cands, domain, order))
+                    order += 1
+
+
+def read_korean(path, table_ko_en, table_en_ko):
+    """Our own vocabulary: "lemma<TAB>pos<TAB>sense; sense|other sense" per line, ordinary first."""
+    if not path or not os.path.exists(path):
+        return
+    with open(path, encoding="utf-8") as f:
+        for number, line in enumerate(f):
+            line = line.strip()
+            if not line or line.startswith("#"):
+                continue
+            parts = line.split("\t")
+            if len(parts) < 3:
+                continue
+            lemma, pos, glosses = parts[0], parts[1], parts[2]
+            first = len(table_ko_en.senses.get(lemma, []))  # a second line of a lemma ranks after the first
+            for order, sense in enumerate(glosses.split("|")):
+                cands = [c.strip() for c in sense.split(";") if c.strip()]
+                table_ko_en.add(lemma, Sense(pos, cands, False, first + order))
+            table_ko_en.common.add(lemma)
+
+
+# ---------------------------------------------------------------------------------------------
+# Inflected forms: the Apertium analysers list every form with its lemma
+
+APERTIUM = "/usr/share/apertium"
+ANALYSERS = {
+    "en": "apertium-eng-spa/eng-spa.automorf.bin",
+    "es": "apertium-eng-spa/spa-eng.automorf.bin",
+    "fr": "apertium-fr-es/fr-es.automorf.bin",
+    "it": "apertium-spa-ita/ita-spa.automorf.bin",
+    "pt": "apertium-es-pt/pt-es.automorf.bin",
+    "ru": "apertium-rus-ukr/rus-ukr.automorf.bin",
+}
+APERTIUM_POS = {"n": "n", "vblex": "v", "vbser": "v", "vbhaver": "v", "vbmod": "v", "vaux": "v", "vbdo": "v",
+                "adj": "adj", "adv": "adv", "prn": "pron", "pr": "prep", "cnjcoo": "conj", "cnjsub": "conj",
+                "det": "det", "num": "num", "np": "", "ij": "intj", "preadv": "adv"}
+
+
+TAGGED_LEMMAS = {}  # language -> {(lemma, Apertium tag)}, filled by analyser_forms
+AUXILIARY_FORMS = {}  # language -> {form: lemma} for forms of "be", "have" and the modal verbs
+AUXILIARY_TAGS = {"vbser", "vbhaver", "vbmod", "vaux"}
+
+
+BIDIX = {  # (from, to) -> Apertium bilingual dictionary
+    ("en", "es"): "apertium-eng-spa/eng-spa.autobil.bin", ("es", "en"): "apertium-eng-spa/spa-eng.autobil.bin",
+    ("fr", "es"): "apertium-fr-es/fr-es.autobil.bin", ("es", "fr"): "apertium-fr-es/es-fr.autobil.bin",
+    ("it", "es"): "apertium-spa-ita/ita-spa.autobil.bin", ("es", "it"): "apertium-spa-ita/spa-ita.autobil.bin",
+    ("pt", "es"): "apertium-es-pt/pt-es.autobil.bin", ("es", "pt"): "apertium-es-pt/es-pt.autobil.bin",
+}
+
+
+def bidix_translations(source, target, tagged_lemmas):
+    """{(lemma, tag)} -> {lemma: [(translation, tag)]}, through one Apertium bilingual dictionary."""
+    import subprocess
+    path = os.path.join(APERTIUM, BIDIX.get((source, target), "-"))
+    out = {}
+    if (source, target) not in BIDIX or not os.path.exists(path) or not tagged_lemmas:
+        return out
+    items = sorted(tagged_lemmas)
+    text = "\n".join(f"^{lemma}<{tag}>$" for lemma, tag in items) + "\n"
+    try:
+        result = subprocess.run(["lt-proc", "-b", path], input=text, capture_output=True, text=True, timeout=600).stdout
+    except (OSError, subprocess.SubprocessError):
+        return out
+    for line in result.split("\n"):
+        m = re.match(r"^\^([^<]*)<([^>]*)>[^/]*/(.*)\$$", line.strip())
+        if not m:
+            continue
+        lemma, tag, rest = m.groups()
+        for alternative in rest.split("/"):
+            if alternative.startswith("@") or "<" not in alternative:
+                continue
+            word = alternative.split("<")[0].replace("_", " ").replace("#", "").strip()
+            if word and word != lemma or word:
+                out.setdefault(lemma, [])
+                if (word, tag) not in out[lemma]:
+                    out[lemma].append((word, tag))
+    return out
+
+
+def bidix_table(source, target):
+    """Lemma translations from Apertium, directly or by way of Spanish."""
+    table = Table("apertium", 0.9)
+    if source not in TAGGED_LEMMAS:
+        analyser_forms(source)
+    lemmas = TAGGED_LEMMAS.get(source, set())
+    if (source, target) in BIDIX:
+        chains = bidix_translations(source, target, lemmas)
+        for lemma, words in chains.items():
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
+        return table
+    first = bidix_translations(source, "es", lemmas)
+    middle = {(w, t) for words in first.values() for w, t in words}
+    second = bidix_translations("es", target, middle)
+    for lemma, words in first.items():
+        cands = []
+        for w, _ in words[:2]:
+            for final, _ in second.get(w, [])[:2]:
+                if final not in cands:
+                    cands.append(final)
+        if cands:
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
+    return table
+
+
+def analyser_forms(code):
+    """form -> [(lemma, pos)], from the language's Apertium analyser; empty when it is missing."""
+    import subprocess
+    path = os.path.join(APERTIUM, ANALYSERS.get(code, "-"))
+    forms = defaultdict(list)
+    lemmas = set()
+    tagged_lemmas = TAGGED_LEMMAS.setdefault(code, set())
+    if code not in ANALYSERS or not os.path.exists(path):
+        return forms, lemmas
+    try:
+        out = subprocess.run(["lt-paradigm", "-a", path], input="*<*>\n", capture_output=True, text=True,
+                             timeout=600).stdout
+    except (OSError, subprocess.SubprocessError):
+        return forms, lemmas
+    for line in out.split("\n"):
+        analysis, sep, form = line.rpartition(":")
+        if not sep or not form or "<np>" in analysis:
+            continue
+        lemma, _, tags = analysis.partition("<")
+        if lemma == form:
+            lemmas.add(form)
+        raw_tag = tags.split(">")[0]
+        if raw_tag in AUXILIARY_TAGS and form != lemma:
+            AUXILIARY_FORMS.setdefault(code, {}).setdefault(form, lemma)
+        if raw_tag in APERTIUM_POS and raw_tag != "np":
+            tagged_lemmas.add((lemma, raw_tag))
+        pos = APERTIUM_POS.get(tags.split(">")[0], "")
+        # Forms with clitics attached ("dá-lo-ei") would multiply the file for little gain.
+        if "-" in form or " " in form or "_" in form or len(form) > len(lemma) + 5:
+            continue
+        if lemma and form != lemma and "#" not in lemma and (lemma, pos) not in forms[form]:
+            forms[form].append((lemma, pos))
+    return forms, lemmas
+
+
+def german_core_forms(core):
+    """form -> [(lemma, pos)] for the core vocabulary's adjectives and regular verbs: German has no
+    analyser here, and "kleine" must not be read as the noun "Kleine"."""
+    forms = defaultdict(list)
+    for lemma, senses in core.senses.items():
+        pos = senses[0].pos
+        if pos == "adj":
+            for ending in ("e", "en", "er", "es", "em"):
+                forms[lemma + ending].append((lemma, "adj"))
+        elif pos == "v" and lemma.endswith("en"):
+            stem = lemma[:-2]
+            for ending in ("e", "st", "t", "te", "ten", "test", "tet"):
+                forms[stem + ending].append((lemma, "v"))
+            forms["ge" + stem + "t"].append((lemma, "v"))
+    return forms
+
+
+def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
+    """Inflected forms point to their lemmas: where the dictionary lacks the form, and where its
+    own entry for the form is a rare word that merely looks like it ("fait" the adjective). Forms
+    of the auxiliaries always do: French "est" is far more often "is" than "east"."""
+    for form, lemma in (auxiliaries or {}).items():
+        if lemma in entries and not entries[lemma][0].startswith(">"):
+            link = ">" + lemma + "\tv"
+            entries[form] = [link] + [l for l in entries.get(form, []) if l != link]
+    for form, lemmas in forms.items():
+        if form in entries and entries[form][0].startswith(">"):
+            continue
+        if form in entries:
+            own = confidence.get(form)
+            best = max((confidence.get(l, -99) for l, _ in lemmas), default=-99)
+            if own is None or entries[form][0].startswith(">"):
+                continue
+            if form in lemma_forms and best < own + 2.5:
+                continue
+            if form not in lemma_forms and best < own:
+                continue
+            links = [">" + l + ("\t" + p if p else "") for l, p in lemmas
+                     if l in entries and not entries[l][0].startswith(">") and confidence.get(l, -99) > own]
+            entries[form] = links[:2] + entries[form]
+            continue
+        links = []
+        for lemma, pos in lemmas:
+            if lemma in entries and not entries[lemma][0].startswith(">"):
+                link = ">" + lemma + ("\t" + pos if pos else "")
+                if link not in links:
+                    links.append(link)
+        if links:
+            entries[form] = links[:3]
+
+
+# ---------------------------------------------------------------------------------------------
+# Frequencies
+
+def wordnet_pos_counts():
+    """lemma -> {part of speech: tagged count}: which use of an English word is the usual one."""
+    counts = defaultdict(lambda: defaultdict(int))
+    kinds = {"1": "n", "2": "v", "3": "adj", "4": "adv", "5": "adj"}
+    path = os.path.join(WORDNET, "cntlist.rev")
+    if os.path.exists(path):
+        with open(path, encoding="utf-8", errors="replace") as f:
+            for line in f:
+                parts = line.split()
+                if len(parts) >= 3 and "%" in parts[0]:
+                    lemma, rest = parts[0].split("%", 1)
+                    counts[lemma.replace("_", " ")][kinds.get(rest[:1], "")] += int(parts[2])
+    return counts
+
+
+def guess_pos(word, language):
+    """The class of a translation where the source gives none: German nouns have capitals."""
+    if language == "de" and " " not in word:
+        if word[:1].isupper():
+            return "n"
+        if re.search(r"(en|ern|eln)$", word):
+            return "v"
+    return ""
+
+
+KATAKANA = re.compile(r"^[\u30a0-\u30ff・ー]+$")
+
+
+def wordnet_counts():
+    counts = defaultdict(int)
+    path = os.path.join(WORDNET, "cntlist.rev")
+    if os.path.exists(path):
+        with open(path, encoding="utf-8", errors="replace") as f:
+            for line in f:
+                parts = line.split()
+                if len(parts) >= 3:
+                    lemma = parts[0].split("%")[0].replace("_", " ")
+                    counts[lemma] += int(parts[2])
+    return counts
+
+
+ENGLISH_FUNCTION = {"the", "a", "an", "be", "is", "are", "was", "were", "have", "has", "do", "does", "did", "I",
+                    "you", "he", "she", "it", "we", "they", "this", "that", "what", "who", "not", "and", "or",
+                    "but", "if", "to", "of", "in", "on", "at", "with", "for", "from", "by", "as", "me", "him",
+                    "her", "us", "them", "my", "your", "his", "its", "our", "their", "yes", "no", "there",
+                    "here", "where", "when", "why", "how", "all", "some", "many", "much", "more", "very"}
+
+
+def token_counts(texts, pattern):
+    counts = defaultdict(int)
+    rx = re.compile(pattern)
+    for text in texts:
+        for token in rx.findall(text.lower()):
+            counts[token] += 1
+    return counts
+
+
+# ---------------------------------------------------------------------------------------------
+# Ranking
+
+def first_positions(table):
+    """key -> {candidate -> best (sense order, position)}: how early a candidate comes."""
+    out = {}
+    for key, senses in table.senses.items():
+        best = {}
+        for s in senses:
+            for j, c in enumerate(s.cands):
+                rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
+                low = c.lower()
+                if low not in best or rank < best[low]:
+                    best[low] = rank
+        out[key] = best
+    return out
+
+
+class Direction:
+    def __init__(self, source, target):
+        self.source, self.target = source, target
+        self.direct = []     # Tables read forwards
+        self.reverse = []    # Tables of target->source, read backwards
+        self.freq = None     # candidate -> count (target language)
+        self.common = set()  # target words marked common
+        self.sources = set()
+
+
+def rank_direction(direction, english_pos=None):
+    english_target = direction.target == "en"
+    cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
+    redirects = {}
+
+    def offer(key, cand, pos, score, sense=None):
+        entry = cands_by_key[key].get(cand.lower())
+        if entry is None:
+            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score]
+        else:
+            if score > entry[4]:
+                entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
+                entry[3] = sense
+            # Found in two places: more trustworthy, once; a word repeated in many senses of
+            # one entry ("make" under する) earns no more.
+            entry[4] = max(entry[4], score)
+            entry[0] = entry[4] + 0.5
+            if not entry[1]:
+                entry[1] = pos
+
+    reverse_positions = [first_positions(t) for t in direction.reverse]
+    direct_positions = [first_positions(t) for t in direction.direct]
+
+    def back_translates(key, cand):
+        best = None
+        for positions in reverse_positions:
+            rank = positions.get(cand, {}).get(key.lower())
+            if rank is None:
+                rank = positions.get(cand.lower(), {}).get(key.lower())
+            if rank is not None and (best is None or rank < best):
+                best = rank
+        return best
+
+    def frequency_bonus(cand):
+        if direction.freq is None:
+            return 0.0
+        count = direction.freq.get(cand.lower(), 0)
+        return math.log1p(count)
+
+    def shape_penalty(cand):
+        words = cand.count(" ") + 1
+        penalty = 0.0
+        if words > 1:
+            penalty += 1.5 + 0.5 * (words - 2)
+        if words > 4 or "…" in cand or "..." in cand:
+            penalty += 20
+        if len(cand) > 25:
+            penalty += 1.0
+        if cand[:1].isupper() and english_target and cand not in ("I",):
+            penalty += 0.8
+        if "-" in cand or "." in cand:
+            penalty += 0.5
+        if direction.target == "ja" and KATAKANA.match(cand):
+            penalty += 1.2  # a loanword is rarely the first word a learner needs
+        return penalty
+
+    def usual_use(key, pos):
+        """Bonus for the part of speech an English headword usually has ("egg" the noun)."""
+        if direction.source != "en" or english_pos is None or not pos:
+            return 0.0
+        counts = english_pos.get(key)
+        total = sum(counts.values()) if counts else 0
+        if total < 3:
+            return 0.0
+        return 2.0 * (counts.get(pos, 0) / total - 0.5)
+
+    for table in direction.direct:
+        redirects.update(table.redirects)
+        for key, senses in table.senses.items():
+            for s in senses:
+                for j, cand in enumerate(s.cands):
+                    pos = s.pos or guess_pos(cand, direction.target)
+                    score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
+                    score += table.bonus
+                    score += usual_use(key, pos)
+                    back = back_translates(key, cand)
+                    if back is not None:
+                        score += 3.0 - min(back, 6) * 0.4
+                    score += 0.35 * frequency_bonus(cand)
+                    if cand.lower() in direction.common:
+                        score += 1.0
+                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None)
+
+    for table in direction.reverse:
+        for original, senses in table.senses.items():
+            for s in senses:
+                for j, cand in enumerate(s.cands):
+                    # cand is a word of our source language; original translates it.
+                    key = cand
+                    rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
+                    score = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
+                    score += 0.3 * frequency_bonus(original)
+                    if original.lower() in direction.common or original in direction.common:
+                        score += 1.5
+                    forward = None
+                    for positions in direct_positions:
+                        r = positions.get(key, {}).get(original.lower())
+                        if r is not None and (forward is None or r < forward):
+                            forward = r
+                    if forward is not None:
+                        score += 2.0 - min(forward, 6) * 0.3
+                    pos = s.pos or guess_pos(original, direction.target)
+                    score += usual_use(key, pos)
+                    offer(key, original, pos, score)
+
+    result = {}
+    confidence = {}
+    for key, cands in cands_by_key.items():
+        ranked = sorted(cands.values(), key=lambda e: -e[0])[:8]
+        confidence[key] = ranked[0][0]
+        lines = []
+        best_sense = ranked[0][3]
+        if best_sense is not None:
+            first = [e for e in ranked if e[3] == best_sense]
+            lines.append(ranked[0][1] + "\t" + "|".join(e[2] for e in first[:4]))
+            ranked = [e for e in ranked if e[3] != best_sense]
+        # Group by part of speech in the order their best candidates come.
+        groups, order = {}, []
+        for score, pos, cand, _, _ in ranked:
+            if pos not in groups:
+                groups[pos] = []
+                order.append(pos)
+            groups[pos].append(cand)
+        for pos in order:
+            lines.append(pos + "\t" + "|".join(groups[pos][:4]))
+        result[key] = lines
+    for form, lemma in redirects.items():
+        if form not in result:
+            result[form] = [">" + lemma]
+    return result, confidence
+
+
+# ---------------------------------------------------------------------------------------------
+# Output
+
+def write_tdict(path, entries, meta):
+    keys = sorted(entries, key=lambda k: k.encode("utf-8"))
+    blob = bytearray()
+    index = bytearray()
+    for key in keys:
+        kb = key.encode("utf-8")
+        vb = "\n".join(entries[key]).encode("utf-8")
+        koff = len(blob)
+        blob += kb
+        voff = len(blob)
+        blob += vb
+        index += struct.pack("<IIII", koff, len(kb), voff, len(vb))
+    metab = "\n".join(f"{k}: {v}" for k, v in meta).encode("utf-8")
+    header_size = 32
+    index_offset = header_size
+    blob_offset = index_offset + len(index)
+    meta_offset = blob_offset + len(blob)
+    header = b"TDICT\x01\x00\x00" + struct.pack("<IIIIII", len(keys), index_offset, blob_offset, len(blob),
+                                                  meta_offset, len(metab))
+    tmp = path + ".tmp"
+    with open(tmp, "wb") as f:
+        f.write(header)
+        f.write(index)
+        f.write(blob)
+        f.write(metab)
+    os.replace(tmp, path)
+
+
+def main(argv):
+    if len(argv) < 2:
+        print(__doc__)
+        return 2
+    out = argv[1]
+    cedict, korean, german, only = None, None, None, None
+    i = 2
+    while i < len(argv):
+        if argv[i] == "--cedict":
+            cedict = argv[i + 1]; i += 2
+        elif argv[i] == "--korean":
+            korean = argv[i + 1]; i += 2
+        elif argv[i] == "--german":
+            german = argv[i + 1]; i += 2
+        elif argv[i] == "--only":
+            only = set(argv[i + 1].split(",")); i += 2
+        else:
+            print("unknown argument " + argv[i], file=sys.stderr)
+            return 2
+    os.makedirs(out, exist_ok=True)
+
+    def wanted(*pairs):
+        return only is None or any(p in only for p in pairs)
+
+    english = wordnet_counts()
+    english_pos = wordnet_pos_counts()
+    for word in ENGLISH_FUNCTION:
+        english[word] = max(english.get(word, 0), 300)
+
+    tables = {}
+    tables_by_name = {}
+
+    def table(name, source, reader):
+        if name not in tables:
+            t = Table(source)
+            reader(t)
+            tables[name] = t
+        return tables[name]
+
+    jobs = []
+    if wanted("en-ru", "ru-en"):
+        mueller = table("en-ru", "mueller7", read_mueller)
+        ru_text = (s for ss in mueller.senses.values() for sense in ss for s in sense.cands)
+        ru_freq = token_counts(ru_text, r"[а-яё]+")
+        d = Direction("en", "ru"); d.direct = [mueller]; d.freq = ru_freq; d.sources = {"mueller7"}
+        jobs.append(d)
+        d = Direction("ru", "en"); d.reverse = [mueller]; d.freq = english; d.sources = {"mueller7"}
+        jobs.append(d)
+    for code, fd in (("fr", "fra"), ("it", "ita"), ("pt", "por"), ("es", "spa"), ("de", "deu")):
+        if not wanted(f"en-{code}", f"{code}-en"):
+            continue
+        to_target = table(f"en-{code}", "freedict", lambda t, fd=fd: read_freedict(f"freedict-eng-{fd}", True, False, t))
+        to_english = table(f"{code}-en", "freedict", lambda t, fd=fd: read_freedict(f"freedict-{fd}-eng", False, True, t))
+        weight = 0.15 if code == "de" else 0.3
+        to_target.order_weight = to_english.order_weight = weight
+        texts = [c for ss in to_target.senses.values() for s in ss for c in s.cands]
+        texts += list(to_english.senses.keys())
+        freq = token_counts(texts, r"[^\W\d_]+")
+        source = "ding" if code == "de" else "freedict"
+        core = None
+        if code == "de" and german:
+            core = Table("german-core")
+            read_korean(german, core, None)  # same format as the Korean vocabulary
+            core.keeps_senses = True
+            core.bonus = 3.0
+            tables_by_name["german-core"] = core
+        d = Direction("en", code); d.direct = [to_target]; d.reverse = [to_english]; d.freq = freq
+        d.sources = {source}
+        if core is not None:
+            d.reverse.append(core); d.sources.add("german-core")
+        if code != "de":
+            d.direct.append(bidix_table("en", code)); d.reverse.append(bidix_table(code, "en"))
+            d.sources.add("apertium")
+        jobs.append(d)
+        d = Direction(code, "en"); d.direct = [to_english]; d.reverse = [to_target]; d.freq = english
+        d.sources = {source}
+        if core is not None:
+            d.direct.append(core); d.sources.add("german-core")
+        if code != "de":
+            d.direct.append(bidix_table(code, "en")); d.reverse.append(bidix_table("en", code))
+            d.sources.add("apertium")
+        jobs.append(d)
+    if wanted("ja-en", "en-ja"):
+        ed = table("ja-en", "edict", read_edict)
+        ed.keeps_senses = True
+        d = Direction("ja", "en"); d.direct = [ed]; d.freq = english; d.sources = {"edict"}
+        jobs.append(d)
+        d = Direction("en", "ja"); d.reverse = [ed]; d.common = ed.common; d.sources = {"edict"}
+        jobs.append(d)
+    if wanted("zh-en", "en-zh") and cedict:
+        ce = table("zh-en", "cedict", lambda t: read_cedict(cedict, t))
+        ce.keeps_senses = True
+        productivity = defaultdict(int)
+        for head in ce.senses:
+            for n in range(1, min(len(head), 4) + 1):
+                for k in range(len(head) - n + 1):
+                    productivity[head[k:k + n]] += 1
+        d = Direction("zh", "en"); d.direct = [ce]; d.freq = english; d.sources = {"cedict"}
+        jobs.append(d)
+        d = Direction("en", "zh"); d.reverse = [ce]; d.freq = productivity; d.sources = {"cedict"}
+        jobs.append(d)
+    if wanted("ko-en", "en-ko") and korean:
+        ko_en, en_ko = Table("korean"), Table("korean")
+        read_korean(korean, ko_en, en_ko)
+        ko_en.keeps_senses = True
+        d = Direction("ko", "en"); d.direct = [ko_en]; d.freq = english; d.sources = {"korean"}
+        jobs.append(d)
+        d = Direction("en", "ko"); d.reverse = [ko_en]; d.common = ko_en.common; d.sources = {"korean"}
+        jobs.append(d)
+
+    form_cache = {}
+    for d in jobs:
+        pair = f"{d.source}-{d.target}"
+        if only is not None and pair not in only:
+            continue
+        entries, confidence = rank_direction(d, english_pos)
+        if d.source not in form_cache:
+            form_cache[d.source] = analyser_forms(d.source)
+        forms, lemma_forms = form_cache[d.source]
+        if pair == "de-en" and german:
+            forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()
+        # English modals and "be" forms are headwords of their own in every English dictionary.
+        auxiliaries = None if d.source == "en" else AUXILIARY_FORMS.get(d.source)
+        add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries)
+        meta = [("direction", pair), ("format", "1")]
+        for s in sorted(d.sources):
+            meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))
+        write_tdict(os.path.join(out, pair + ".tdict"), entries, meta)
+        print(f"[dictionaries] {pair}: {len(entries)} entries", flush=True)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))
