@@ -4,14 +4,34 @@
 // What several benchmarks share: reading an evaluation table and measuring resident memory.
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QFile>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <cstdio>
 #include <optional>
 
 namespace tolvane::bench {
+
+struct EvaluationArguments
+{
+    QString path;
+    bool verbose = false;
+};
+
+// "[--verbose] EVALUATION.tsv", or nothing after the usage line on standard error.
+inline std::optional<EvaluationArguments> evaluationArguments(const char* program)
+{
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    const bool verbose = arguments.removeAll(QStringLiteral("--verbose")) > 0;
+    if (arguments.size() != 1) {
+        std::fprintf(stderr, "usage: %s [--verbose] EVALUATION.tsv\n", program);
+        return std::nullopt;
+    }
+    return EvaluationArguments{arguments.first(), verbose};
+}
 
 // The tab-separated fields of every line after the header line; nothing when the file cannot be
 // read.

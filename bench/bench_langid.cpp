@@ -64,15 +64,13 @@ double microsecondsPerCall(const LanguageModelRecognizer& recognizer, const QStr
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QStringList arguments = app.arguments().mid(1);
-    const bool verbose = arguments.removeAll(QStringLiteral("--verbose")) > 0;
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: bench_langid [--verbose] EVALUATION.tsv\n");
+    const std::optional<bench::EvaluationArguments> arguments = bench::evaluationArguments("bench_langid");
+    if (!arguments)
         return 2;
-    }
-    const QList<Row> rows = readRows(arguments.first());
+    const bool verbose = arguments->verbose;
+    const QList<Row> rows = readRows(arguments->path);
     if (rows.isEmpty()) {
-        std::fprintf(stderr, "no rows in %s\n", qPrintable(arguments.first()));
+        std::fprintf(stderr, "no rows in %s\n", qPrintable(arguments->path));
         return 2;
     }
     const long rssBefore = bench::residentKilobytes();

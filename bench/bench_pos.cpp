@@ -59,15 +59,13 @@ struct Item
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QStringList arguments = app.arguments().mid(1);
-    const bool verbose = arguments.removeAll(QStringLiteral("--verbose")) > 0;
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: bench_pos [--verbose] EVALUATION.tsv\n");
+    const std::optional<bench::EvaluationArguments> arguments = bench::evaluationArguments("bench_pos");
+    if (!arguments)
         return 2;
-    }
-    const std::optional<QList<QStringList>> table = bench::readEvaluationTable(arguments.first());
+    const bool verbose = arguments->verbose;
+    const std::optional<QList<QStringList>> table = bench::readEvaluationTable(arguments->path);
     if (!table) {
-        std::fprintf(stderr, "cannot read %s\n", qPrintable(arguments.first()));
+        std::fprintf(stderr, "cannot read %s\n", qPrintable(arguments->path));
         return 2;
     }
     QList<Item> items;
