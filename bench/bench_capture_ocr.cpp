@@ -4,6 +4,7 @@
 // a few fonts. Run inside the private desktop with the launcher's environment:
 //     OMP_THREAD_LIMIT=1 scripts/virtual-desktop -- build/dev/bench/bench_capture_ocr
 #include "core/capture/OcrFallback.h"
+#include "core/translation/LanguageTable.h"
 #include "platform/linux/ScreenCoordinates.h"
 #include "platform/linux/capture/HunspellSpellChecker.h"
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
@@ -68,7 +69,7 @@ QImage stripWithWord(const QString& word, const QString& family, int pixelSize, 
 
 void benchAccuracy(TesseractScreenTextRecognizer& recognizer)
 {
-    const QStringList languages = OcrFallback::recognitionLanguages(QStringLiteral("ru"));
+    const QStringList languages = recognitionLanguages(QStringLiteral("ru"));
     QList<double> times;
     for (int size : {11, 12, 13}) {
         int found = 0;
@@ -124,7 +125,7 @@ void benchScreenStrip(TesseractScreenTextRecognizer& recognizer)
     }
     const QPointF pointer = screen::fromQt(QPointF(window.mapToGlobal(QPoint(200, 118))));
     const QRectF strip = OcrFallback::captureStrip(pointer);
-    const QStringList languages = OcrFallback::recognitionLanguages(QStringLiteral("ru"));
+    const QStringList languages = recognitionLanguages(QStringLiteral("ru"));
     QList<double> captures;
     QList<double> wholes;
     QString lastWord;

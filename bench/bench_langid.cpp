@@ -11,6 +11,7 @@
 // abstain (stay below 0.6). The last line is machine-readable:
 //   langid accuracy=97.8 abstain=93.1 n=735
 
+#include "BenchSupport.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
 #include <QCoreApplication>
@@ -32,34 +33,12 @@ struct Row
 QList<Row> readRows(const QString& path)
 {
     QList<Row> rows;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return rows;
-    bool header = true;
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).chopped(1);
-        if (header) {
-            header = false;
-            continue;
-        }
-        const QStringList f = line.split(QLatin1Char('\t'));
+    for (const QStringList& f : bench::readEvaluationTable(path).value_or(QList<QStringList>())) {
         if (f.size() < 4)
             continue;
         rows.append({f[0], f[1], f[2], f[3], f.size() > 4 ? f[4].trimmed() : QString()});
     }
     return rows;
-}
-
-long residentKilobytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly | QIODevice::Text))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLong();
-    }
-    return -1;
 }
 
 double microsecondsPerCall(const LanguageModelRecognizer& recognizer, const QStringList& texts, const QString& target)
@@ -85,18 +64,16 @@ double microsecondsPerCall(const LanguageModelRecognizer& recognizer, const QStr
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QStringList arguments = app.arguments().mid(1);
-    const bool verbose = arguments.removeAll(QStringLiteral("--verbose")) > 0;
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: bench_langid [--verbose] EVALUATION.tsv\n");
+    const std::optional<bench::EvaluationArguments> arguments = bench::evaluationArguments("bench_langid");
+    if (!arguments)
         return 2;
-    }
-    const QList<Row> rows = readRows(arguments.first());
+    const bool verbose = arguments->verbose;
+    const QList<Row> rows = readRows(arguments->path);
     if (rows.isEmpty()) {
-        std::fprintf(stderr, "no rows in %s\n", qPrintable(arguments.first()));
+        std::fprintf(stderr, "no rows in %s\n", qPrintable(arguments->path));
         return 2;
     }
-    const long rssBefore = residentKilobytes();
+    const long rssBefore = bench::residentKilobytes();
 
     QElapsedTimer loadTimer;
     loadTimer.start();
@@ -116,7 +93,7 @@ int main(int argc, char** argv)
     }
     const double wordMicros = microsecondsPerCall(recognizer, words, QStringLiteral("fr"));
     const double sentenceMicros = microsecondsPerCall(recognizer, sentences, QStringLiteral("fr"));
-    const long rssTwoLanguages = residentKilobytes();
+    const long rssTwoLanguages = bench::residentKilobytes();
 
     const QStringList everyTarget = {"fr", "de", "it", "pt", "es", "ru"};
     int decisions = 0, correct = 0, shared = 0, abstained = 0;

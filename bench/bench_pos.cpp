@@ -9,6 +9,7 @@
 // whole-word, case-insensitive matches from 1. The last line is machine-readable:
 //   pos accuracy=86.6 n=149
 
+#include "BenchSupport.h"
 #include "platform/linux/language/WordNetLexicalTagger.h"
 
 #include <QCoreApplication>
@@ -53,39 +54,23 @@ struct Item
     qsizetype start = -1;
 };
 
-long residentKilobytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly | QIODevice::Text))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLong();
-    }
-    return -1;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QStringList arguments = app.arguments().mid(1);
-    const bool verbose = arguments.removeAll(QStringLiteral("--verbose")) > 0;
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: bench_pos [--verbose] EVALUATION.tsv\n");
+    const std::optional<bench::EvaluationArguments> arguments = bench::evaluationArguments("bench_pos");
+    if (!arguments)
         return 2;
-    }
-    QFile file(arguments.first());
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        std::fprintf(stderr, "cannot read %s\n", qPrintable(arguments.first()));
+    const bool verbose = arguments->verbose;
+    const std::optional<QList<QStringList>> table = bench::readEvaluationTable(arguments->path);
+    if (!table) {
+        std::fprintf(stderr, "cannot read %s\n", qPrintable(arguments->path));
         return 2;
     }
     QList<Item> items;
-    bool header = true;
-    while (!file.atEnd()) {
-        const QStringList f = QString::fromUtf8(file.readLine()).chopped(1).split(QLatin1Char('\t'));
-        if (std::exchange(header, false) || f.size() < 5)
+    for (const QStringList& f : *table) {
+        if (f.size() < 5)
             continue;
         Item item{f[0], f[1], f[2], f[4].trimmed()};
         const QRegularExpression whole(QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(item.word)),
@@ -128,7 +113,7 @@ int main(int argc, char** argv)
             ++calls;
         }
     }
-    std::printf("load %.2f ms, resident memory %.1f MB\n", loadMs, residentKilobytes() / 1024.0);
+    std::printf("load %.2f ms, resident memory %.1f MB\n", loadMs, bench::residentKilobytes() / 1024.0);
     std::printf("time per sentence %.2f us\n", static_cast<double>(timer.nsecsElapsed()) / 1000.0 / calls);
     std::printf("pos accuracy=%.1f n=%lld\n", items.isEmpty() ? 0.0 : 100.0 * correct / items.size(),
                 static_cast<long long>(items.size()));

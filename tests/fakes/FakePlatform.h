@@ -15,6 +15,15 @@
 
 namespace tolvane {
 
+// Counts the opening; an error text makes it fail with that text.
+inline Result<void> openedSettings(int& openings, const QString& error)
+{
+    ++openings;
+    if (!error.isEmpty())
+        return Error{error};
+    return {};
+}
+
 class FakeAccessibleElement final : public AccessibleElement
 {
 public:
@@ -66,13 +75,7 @@ public:
             trusted = true;
         return trusted;
     }
-    Result<void> openSystemSettings() override
-    {
-        ++settingsOpened;
-        if (!settingsError.isEmpty())
-            return Error{settingsError};
-        return {};
-    }
+    Result<void> openSystemSettings() override { return openedSettings(settingsOpened, settingsError); }
 };
 
 class FakeGlobalHotkeyService final : public GlobalHotkeyService
@@ -213,13 +216,7 @@ public:
         ++accessRequests;
         return granted;
     }
-    Result<void> openCaptureSettings() override
-    {
-        ++settingsOpened;
-        if (!settingsError.isEmpty())
-            return Error{settingsError};
-        return {};
-    }
+    Result<void> openCaptureSettings() override { return openedSettings(settingsOpened, settingsError); }
     void recognizeStrip(QRectF strip, QStringList languages, Completion completion) override
     {
         requests.append({strip, languages});

@@ -2,8 +2,8 @@
 #include "core/capture/OcrFallback.h"
 
 #include "core/capture/GraphemeText.h"
+#include "core/translation/LanguageTable.h"
 
-#include <QHash>
 #include <QThreadPool>
 
 #include <atomic>
@@ -56,21 +56,6 @@ QRectF OcrFallback::captureStrip(QPointF point)
     const double x = std::round(point.x() / snapGrid) * snapGrid;
     const double y = std::round(point.y() / snapGrid) * snapGrid;
     return {x - stripWidth / 2, y - stripHeight / 2, stripWidth, stripHeight};
-}
-
-QStringList OcrFallback::recognitionLanguages(const QString& targetCode)
-{
-    static const QHash<QString, QString> locales{
-        {QStringLiteral("de"), QStringLiteral("de-DE")}, {QStringLiteral("es"), QStringLiteral("es-ES")},
-        {QStringLiteral("fr"), QStringLiteral("fr-FR")}, {QStringLiteral("it"), QStringLiteral("it-IT")},
-        {QStringLiteral("pt"), QStringLiteral("pt-BR")}, {QStringLiteral("ru"), QStringLiteral("ru-RU")},
-    };
-    const QString main = QStringLiteral("en-US");
-    // No recognition data is loaded for these targets: their strips are read as English.
-    if (targetCode == QLatin1String("zh-Hans") || targetCode == QLatin1String("ja") ||
-        targetCode == QLatin1String("ko"))
-        return {main};
-    return {main, locales.value(targetCode, targetCode)};
 }
 
 std::optional<OcrFallback::NearestWord> OcrFallback::nearestWord(const RecognizedText& text)

@@ -49,8 +49,6 @@ public:
     // The strip to capture: centred on the pointer snapped to the grid, so small movements of the
     // pointer keep the same strip. Bottom-left-origin points.
     static QRectF captureStrip(QPointF point);
-    // "en-US" first, then the target's recognition locale where recognising it makes sense.
-    static QStringList recognitionLanguages(const QString& targetCode);
 
     struct NearestWord
     {

@@ -15,6 +15,8 @@ HotkeyCaptureCoordinator::HotkeyCaptureCoordinator(EventMonitor& monitor, Hotkey
     , m_monitor(monitor)
     , m_manager(manager)
     , m_hotkeys(hotkeys)
+    , m_keyDownMonitor(monitor)
+    , m_flagsMonitor(monitor)
 {}
 
 HotkeyCaptureCoordinator::~HotkeyCaptureCoordinator()
@@ -30,30 +32,20 @@ void HotkeyCaptureCoordinator::startCapture()
     m_lastHeldModifiers = 0;
 
     QPointer<HotkeyCaptureCoordinator> self(this);
-    if (!m_keyDownMonitor) {
-        m_keyDownMonitor = m_monitor.addLocalKeyMonitor([self](const KeyEvent& event) {
-            return self && event.type == KeyEvent::Type::keyDown && self->handleKeyDown(event);
-        });
-    }
-    if (!m_flagsMonitor) {
-        m_flagsMonitor = m_monitor.addLocalKeyMonitor([self](const KeyEvent& event) {
-            if (self && event.type == KeyEvent::Type::flagsChanged)
-                self->handleFlagsChanged(event);
-            return false;
-        });
-    }
+    m_keyDownMonitor.install([self](const KeyEvent& event) {
+        return self && event.type == KeyEvent::Type::keyDown && self->handleKeyDown(event);
+    });
+    m_flagsMonitor.install([self](const KeyEvent& event) {
+        if (self && event.type == KeyEvent::Type::flagsChanged)
+            self->handleFlagsChanged(event);
+        return false;
+    });
 }
 
 void HotkeyCaptureCoordinator::stopCapture()
 {
-    if (m_keyDownMonitor) {
-        m_monitor.removeMonitor(*m_keyDownMonitor);
-        m_keyDownMonitor.reset();
-    }
-    if (m_flagsMonitor) {
-        m_monitor.removeMonitor(*m_flagsMonitor);
-        m_flagsMonitor.reset();
-    }
+    m_keyDownMonitor.remove();
+    m_flagsMonitor.remove();
     m_lastHeldModifiers = 0;
     setCapturing(false);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/hotkeys/HotkeyConflictChecker.h"
+#include "core/hotkeys/LocalKeyMonitor.h"
 #include "platform/EventMonitor.h"
 
 #include <QObject>
@@ -66,8 +67,8 @@ private:
     bool m_isCapturing = false;
     std::optional<PendingConflict> m_pendingConflict;
     std::optional<QString> m_validationMessage;
-    std::optional<EventMonitor::Token> m_keyDownMonitor;
-    std::optional<EventMonitor::Token> m_flagsMonitor;
+    LocalKeyMonitor m_keyDownMonitor;
+    LocalKeyMonitor m_flagsMonitor;
     quint32 m_lastHeldModifiers = 0; // stored mask of the last non-empty set seen
 };
 

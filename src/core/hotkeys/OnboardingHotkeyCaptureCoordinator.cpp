@@ -15,6 +15,7 @@ OnboardingHotkeyCaptureCoordinator::OnboardingHotkeyCaptureCoordinator(EventMoni
     : QObject(parent)
     , m_eventMonitor(monitor)
     , m_manager(manager)
+    , m_keyMonitor(monitor)
 {}
 
 OnboardingHotkeyCaptureCoordinator::~OnboardingHotkeyCaptureCoordinator()
@@ -27,10 +28,8 @@ void OnboardingHotkeyCaptureCoordinator::startCapture()
     setCapturing(true);
     setValidationMessage(std::nullopt);
     m_eventMonitor.activateApplication();
-    if (m_monitor)
-        return;
     QPointer<OnboardingHotkeyCaptureCoordinator> self(this);
-    m_monitor = m_eventMonitor.addLocalKeyMonitor([self](const KeyEvent& event) {
+    m_keyMonitor.install([self](const KeyEvent& event) {
         if (!self || event.type != KeyEvent::Type::keyDown)
             return false;
         self->handleKeyDown(event);
@@ -40,10 +39,7 @@ void OnboardingHotkeyCaptureCoordinator::startCapture()
 
 void OnboardingHotkeyCaptureCoordinator::stopCapture()
 {
-    if (m_monitor) {
-        m_eventMonitor.removeMonitor(*m_monitor);
-        m_monitor.reset();
-    }
+    m_keyMonitor.remove();
     setCapturing(false);
 }
 

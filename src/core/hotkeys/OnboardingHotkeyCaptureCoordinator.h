@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/hotkeys/LocalKeyMonitor.h"
 #include "platform/EventMonitor.h"
 
 #include <QObject>
@@ -42,7 +43,7 @@ private:
     HotkeyManager& m_manager;
     bool m_isCapturing = false;
     std::optional<QString> m_validationMessage;
-    std::optional<EventMonitor::Token> m_monitor;
+    LocalKeyMonitor m_keyMonitor;
 };
 
 } // namespace tolvane

@@ -7,30 +7,16 @@ AccessibilityPermissionManager::AccessibilityPermissionManager(AccessibilityServ
                                                                QObject* parent)
     : QObject(parent)
     , m_service(service)
-    , m_scheduler(scheduler)
-    , m_isTrusted(service.isTrusted())
-{
-    startPolling();
-}
+    , m_poll(
+          scheduler, pollPeriod, [&service] { return service.isTrusted(); },
+          [this](bool value) { Q_EMIT isTrustedChanged(value); })
+{}
 
-AccessibilityPermissionManager::~AccessibilityPermissionManager()
-{
-    m_pollTimer.cancel();
-}
-
-void AccessibilityPermissionManager::startPolling()
-{
-    m_pollTimer.cancel();
-    m_pollTimer = m_scheduler.repeating(pollPeriod, [this] { refresh(); });
-}
+AccessibilityPermissionManager::~AccessibilityPermissionManager() = default;
 
 void AccessibilityPermissionManager::refresh()
 {
-    const bool trusted = m_service.isTrusted();
-    if (trusted == m_isTrusted)
-        return;
-    m_isTrusted = trusted;
-    Q_EMIT isTrustedChanged(m_isTrusted);
+    m_poll.refresh();
 }
 
 void AccessibilityPermissionManager::requestAccess()
@@ -41,12 +27,8 @@ void AccessibilityPermissionManager::requestAccess()
 
 void AccessibilityPermissionManager::openSystemSettings()
 {
-    const Result<void> opened = m_service.openSystemSettings();
-    const QString message = opened ? QString() : opened.error().message;
-    if (message == m_settingsMessage)
-        return;
-    m_settingsMessage = message;
-    Q_EMIT settingsMessageChanged(m_settingsMessage);
+    if (m_poll.noteSettingsOpened(m_service.openSystemSettings()))
+        Q_EMIT settingsMessageChanged(m_poll.settingsMessage());
 }
 
 } // namespace tolvane

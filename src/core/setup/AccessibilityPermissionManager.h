@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/setup/PermissionPoll.h"
 #include "core/support/Scheduler.h"
 #include "platform/AccessibilityService.h"
 
@@ -22,9 +23,9 @@ public:
     AccessibilityPermissionManager(AccessibilityService& service, Scheduler& scheduler, QObject* parent = nullptr);
     ~AccessibilityPermissionManager() override;
 
-    bool isTrusted() const { return m_isTrusted; }
+    bool isTrusted() const { return m_poll.value(); }
     // Set when the desktop has no settings window to open: what the user can do instead.
-    QString settingsMessage() const { return m_settingsMessage; }
+    QString settingsMessage() const { return m_poll.settingsMessage(); }
 
     void refresh();
     void requestAccess();
@@ -35,13 +36,8 @@ Q_SIGNALS:
     void settingsMessageChanged(const QString& message);
 
 private:
-    void startPolling();
-
     AccessibilityService& m_service;
-    Scheduler& m_scheduler;
-    bool m_isTrusted = false;
-    QString m_settingsMessage;
-    TimerHandle m_pollTimer;
+    PermissionPoll m_poll;
 };
 
 } // namespace tolvane

@@ -7,30 +7,16 @@ ScreenRecordingPermissionManager::ScreenRecordingPermissionManager(ScreenTextRec
                                                                    Scheduler& scheduler, QObject* parent)
     : QObject(parent)
     , m_recognizer(recognizer)
-    , m_scheduler(scheduler)
-    , m_isGranted(recognizer.isCaptureGranted())
-{
-    startPolling();
-}
+    , m_poll(
+          scheduler, pollPeriod, [&recognizer] { return recognizer.isCaptureGranted(); },
+          [this](bool value) { Q_EMIT isGrantedChanged(value); })
+{}
 
-ScreenRecordingPermissionManager::~ScreenRecordingPermissionManager()
-{
-    m_pollTimer.cancel();
-}
-
-void ScreenRecordingPermissionManager::startPolling()
-{
-    m_pollTimer.cancel();
-    m_pollTimer = m_scheduler.repeating(pollPeriod, [this] { refresh(); });
-}
+ScreenRecordingPermissionManager::~ScreenRecordingPermissionManager() = default;
 
 void ScreenRecordingPermissionManager::refresh()
 {
-    const bool granted = m_recognizer.isCaptureGranted();
-    if (granted == m_isGranted)
-        return;
-    m_isGranted = granted;
-    Q_EMIT isGrantedChanged(m_isGranted);
+    m_poll.refresh();
 }
 
 void ScreenRecordingPermissionManager::requestAccess()
@@ -42,12 +28,8 @@ void ScreenRecordingPermissionManager::requestAccess()
 
 void ScreenRecordingPermissionManager::openSystemSettings()
 {
-    const Result<void> opened = m_recognizer.openCaptureSettings();
-    const QString message = opened ? QString() : opened.error().message;
-    if (message == m_settingsMessage)
-        return;
-    m_settingsMessage = message;
-    Q_EMIT settingsMessageChanged(m_settingsMessage);
+    if (m_poll.noteSettingsOpened(m_recognizer.openCaptureSettings()))
+        Q_EMIT settingsMessageChanged(m_poll.settingsMessage());
 }
 
 } // namespace tolvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/setup/PermissionPoll.h"
 #include "core/support/Scheduler.h"
 #include "platform/ScreenTextRecognizer.h"
 
@@ -22,9 +23,9 @@ public:
     ScreenRecordingPermissionManager(ScreenTextRecognizer& recognizer, Scheduler& scheduler, QObject* parent = nullptr);
     ~ScreenRecordingPermissionManager() override;
 
-    bool isGranted() const { return m_isGranted; }
+    bool isGranted() const { return m_poll.value(); }
     // Set when there is no settings window to open: why, and what the user can do instead.
-    QString settingsMessage() const { return m_settingsMessage; }
+    QString settingsMessage() const { return m_poll.settingsMessage(); }
 
     void refresh();
     // Asks for access, refreshes, and opens the settings whatever the answer was.
@@ -36,13 +37,8 @@ Q_SIGNALS:
     void settingsMessageChanged(const QString& message);
 
 private:
-    void startPolling();
-
     ScreenTextRecognizer& m_recognizer;
-    Scheduler& m_scheduler;
-    bool m_isGranted = false;
-    QString m_settingsMessage;
-    TimerHandle m_pollTimer;
+    PermissionPoll m_poll;
 };
 
 } // namespace tolvane

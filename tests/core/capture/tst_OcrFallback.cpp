@@ -71,19 +71,6 @@ private Q_SLOTS:
         QCOMPARE(OcrFallback::captureStrip({4.1, -4.1}), QRectF(-292, -44, 600, 72));
     }
 
-    void recognitionLanguages()
-    {
-        QCOMPARE(OcrFallback::recognitionLanguages(QStringLiteral("ru")),
-                 QStringList({QStringLiteral("en-US"), QStringLiteral("ru-RU")}));
-        QCOMPARE(OcrFallback::recognitionLanguages(QStringLiteral("pt")),
-                 QStringList({QStringLiteral("en-US"), QStringLiteral("pt-BR")}));
-        for (const char* code : {"zh-Hans", "ja", "ko"})
-            QCOMPARE(OcrFallback::recognitionLanguages(QString::fromLatin1(code)),
-                     QStringList({QStringLiteral("en-US")}));
-        QCOMPARE(OcrFallback::recognitionLanguages(QStringLiteral("nl")),
-                 QStringList({QStringLiteral("en-US"), QStringLiteral("nl")}));
-    }
-
     void nearestWordToThePointer()
     {
         // The centre (300, 36) sits between "quick" (270–320) and nothing else on its row; a

@@ -38,8 +38,14 @@ struct Rig
     HotkeyManager manager{preferences, *platform.hotkeys};
     FakeEventMonitor& monitor = *platform.eventMonitor;
     FakeGlobalHotkeyService& hotkeys = *platform.hotkeys;
+    HotkeyCaptureCoordinator capture{monitor, manager, hotkeys};
 
     Rig() { QVERIFY(manager.updateHotkey(49, option)); }
+    HotkeyCaptureCoordinator& startCapture()
+    {
+        capture.startCapture();
+        return capture;
+    }
     HotkeyCombination active() const { return manager.currentCombination(); }
 };
 
@@ -52,8 +58,7 @@ private Q_SLOTS:
     void keyCombinationBecomesTheHotkeyAndIsConsumed()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         QVERIFY(capture.isCapturing());
         QCOMPARE(rig.monitor.activations, 1);
         QCOMPARE(rig.monitor.monitorCount(), 2);
@@ -81,8 +86,7 @@ private Q_SLOTS:
         QFETCH(quint32, keyCode);
         QFETCH(QString, name);
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         rig.monitor.sendKey(keyDown(keyCode));
         QCOMPARE(capture.validationMessageText(), bareKeyText(name));
         QCOMPARE(rig.active(), (HotkeyCombination{49, option}));
@@ -96,8 +100,7 @@ private Q_SLOTS:
     void bareFunctionKeyAsksForConfirmation()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         rig.monitor.sendKey(keyDown(96)); // F5
         QVERIFY(!capture.isCapturing());
         QVERIFY(capture.pendingConflict());
@@ -116,8 +119,7 @@ private Q_SLOTS:
     void dismissKeepsTheHotkey()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         rig.monitor.sendKey(keyDown(49, command));
         QVERIFY(capture.pendingConflict());
         QVERIFY(capture.pendingConflict()->conflict.reasons.first().contains("Switch input source (⌘Space)"));
@@ -139,8 +141,7 @@ private Q_SLOTS:
         QFETCH(QList<quint32>, sets);
         QFETCH(quint32, committed);
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         for (quint32 set : sets)
             QVERIFY(!rig.monitor.sendKey(flags(set))); // flags changes pass through
         QCOMPARE(rig.active(), (HotkeyCombination{modifierOnly, committed}));
@@ -151,8 +152,7 @@ private Q_SLOTS:
     void keyWhileModifiersHeldCommitsTheKey()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        rig.startCapture();
         rig.monitor.sendKey(flags(control));
         rig.monitor.sendKey(keyDown(37, control)); // ⌃L
         QCOMPARE(rig.active(), (HotkeyCombination{37, control}));
@@ -163,9 +163,8 @@ private Q_SLOTS:
     void refusedCandidateLeavesTheManagersMessage()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
         // Free when probed, taken by the time it is registered.
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         rig.hotkeys.takenByOthers.append({40, control});
         rig.monitor.sendKey(keyDown(40, control));
         QVERIFY(capture.pendingConflict()); // the probe already saw it taken
@@ -178,8 +177,7 @@ private Q_SLOTS:
     void escapeEndsCaptureQuietly()
     {
         Rig rig;
-        HotkeyCaptureCoordinator capture(rig.monitor, rig.manager, rig.hotkeys);
-        capture.startCapture();
+        HotkeyCaptureCoordinator& capture = rig.startCapture();
         QVERIFY(rig.monitor.sendKey(keyDown(53)));
         QVERIFY(!capture.isCapturing());
         QVERIFY(!capture.validationMessage());

@@ -41,8 +41,6 @@ private Q_SLOTS:
         QTest::newRow("⌘Space") << 49u << 256u << false << QStringList{known("Switch input source (⌘Space)")};
         QTest::newRow("⌘Space, refused too")
             << 49u << 256u << true << QStringList{known("Switch input source (⌘Space)"), refused};
-        QTest::newRow("⌃⌥T") << 17u << 6144u << false << QStringList{known("Terminal (⌃⌥T)")};
-        QTest::newRow("⌥F4") << 118u << 2048u << false << QStringList{known("Close window (⌥F4)")};
         QTest::newRow("⌃⌥⇧T matches no row") << 17u << 6656u << false << QStringList{};
         QTest::newRow("F3 alone") << 99u << 0u << false << QStringList{bareKey};
         QTest::newRow("F3 alone, refused") << 99u << 0u << true << QStringList{bareKey, refused};

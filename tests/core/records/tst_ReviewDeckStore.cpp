@@ -3,8 +3,8 @@
 #include "RecordTestSupport.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
-#include "core/review/ReminderPlanner.h"
 #include "core/setup/Preferences.h"
+#include "fakes/FakeReminderPlanner.h"
 #include "fakes/FakeScheduler.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -23,16 +23,6 @@ using namespace tolvane;
 
 namespace {
 
-class RecordingPlanner final : public ReminderPlanner
-{
-public:
-    void reschedule() override { ++reschedules; }
-    void removeDeliveredReminders(const QUuid& cardId) override { removedReminders.append(cardId); }
-
-    int reschedules = 0;
-    QList<QUuid> removedReminders;
-};
-
 QJsonObject cardInFile(const QString& path, qsizetype index)
 {
     return QJsonDocument::fromJson(readFile(path)).array().at(index).toObject();
@@ -50,7 +40,7 @@ struct Fixture
     FakeScheduler scheduler{&clock};
     MemoryPreferenceStore preferenceStore;
     Preferences preferences{preferenceStore};
-    RecordingPlanner planner;
+    FakeReminderPlanner planner;
     UsageEventStore events{clock, dir.path()};
     std::unique_ptr<ReviewDeckStore> deck = makeDeck();
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Answers to reminders: what reaches the deck, the plan and the review window, and what does not.
-#include "core/review/ReminderPlanner.h"
 #include "core/review/ReminderResponder.h"
 #include "core/setup/Preferences.h"
+#include "fakes/FakeReminderPlanner.h"
 #include "fakes/FakeScheduler.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -22,14 +22,6 @@ public:
     void markShown(const QUuid& id, double interval) override { shownCalls.append({id, interval}); }
 };
 
-class CountingPlanner final : public ReminderPlanner
-{
-public:
-    int plans = 0;
-    void reschedule() override { ++plans; }
-    void removeDeliveredReminders(const QUuid&) override {}
-};
-
 NotificationResponse response(const QString& action, const QVariant& cardId)
 {
     NotificationResponse r;
@@ -47,7 +39,7 @@ struct Rig
     FakeClock clock;
     FakeScheduler scheduler{&clock};
     RecordingDeck deck;
-    CountingPlanner planner;
+    FakeReminderPlanner planner;
     int windowsShown = 0;
     ReminderResponder responder{deck, planner, preferences, scheduler, [this] { ++windowsShown; }};
     const QUuid id = QUuid::createUuid();
@@ -107,7 +99,7 @@ private Q_SLOTS:
             QVERIFY(rig.deck.statusCalls.isEmpty());
         }
         QCOMPARE(rig.deck.shownCalls, (QList<QPair<QUuid, double>>{{rig.id, interval}}));
-        QCOMPARE(rig.planner.plans, 1);
+        QCOMPARE(rig.planner.reschedules, 1);
         QCOMPARE(rig.windowsShown, windows);
     }
 
@@ -130,7 +122,7 @@ private Q_SLOTS:
         rig.scheduler.runPosted();
         QVERIFY(rig.deck.statusCalls.isEmpty());
         QVERIFY(rig.deck.shownCalls.isEmpty());
-        QCOMPARE(rig.planner.plans, 0);
+        QCOMPARE(rig.planner.reschedules, 0);
         QCOMPARE(rig.windowsShown, 0);
     }
 };

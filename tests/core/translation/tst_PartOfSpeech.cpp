@@ -54,18 +54,6 @@ private Q_SLOTS:
         tagger.answer = std::nullopt;
         QCOMPARE(partOfSpeechOf(QStringLiteral("wow"), QStringLiteral("Wow!"), tagger), std::nullopt);
     }
-
-    void everyClassHasItsAbbreviation()
-    {
-        const QList<QPair<LexicalClass, QString>> expected = {
-            {LexicalClass::noun, "n."},           {LexicalClass::verb, "v."},
-            {LexicalClass::adjective, "adj."},    {LexicalClass::adverb, "adv."},
-            {LexicalClass::preposition, "prep."}, {LexicalClass::conjunction, "conj."},
-            {LexicalClass::pronoun, "pron."},     {LexicalClass::determiner, "det."},
-        };
-        for (const auto& [lexicalClass, abbreviation] : expected)
-            QCOMPARE(partOfSpeechAbbreviation(lexicalClass), abbreviation);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestPartOfSpeech)

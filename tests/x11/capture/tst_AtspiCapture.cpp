@@ -40,6 +40,12 @@ QString describe(const WordAtPositionResult& r)
     return QStringLiteral("noText");
 }
 
+#ifdef GTK_TEXT_WINDOW
+const QString gtkTextWindow = QStringLiteral(GTK_TEXT_WINDOW);
+#else
+const QString gtkTextWindow;
+#endif
+
 } // namespace
 
 class TestAtspiCapture : public QObject
@@ -60,6 +66,12 @@ private:
     {
         const QString expected = describe(WordAtPositionResult::makeWord(word, sentence));
         QTRY_COMPARE_WITH_TIMEOUT(describe(inspectAt(*m_service, device)), expected, 5000);
+    }
+
+    QString focusedSelection() const
+    {
+        const AccessibleElementPtr focused = m_service->focusedElement();
+        return focused ? focused->selectedText().value_or(QStringLiteral("<none>")) : QStringLiteral("<no focus>");
     }
 
 private Q_SLOTS:
@@ -90,11 +102,7 @@ private Q_SLOTS:
     void gtkLabelAndTextView()
     {
         CaptureTestWindow gtk;
-#ifdef GTK_TEXT_WINDOW
-        startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {});
-#else
-        startOrSkip(gtk, QString(), {});
-#endif
+        startOrSkip(gtk, gtkTextWindow, {});
         expectWord(gtk.point(QStringLiteral("label-world")), QStringLiteral("world"), QStringLiteral("Hello, world!"));
         expectWord(gtk.point(QStringLiteral("label-quick")), QStringLiteral("quick"),
                    QStringLiteral("The quick brown fox jumps."));
@@ -112,16 +120,8 @@ private Q_SLOTS:
     void gtkSelection()
     {
         CaptureTestWindow gtk;
-#ifdef GTK_TEXT_WINDOW
-        startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {QStringLiteral("--select"), QStringLiteral("brown fox")});
-#else
-        startOrSkip(gtk, QString(), {});
-#endif
-        auto selection = [&] {
-            const AccessibleElementPtr focused = m_service->focusedElement();
-            return focused ? focused->selectedText().value_or(QStringLiteral("<none>")) : QStringLiteral("<no focus>");
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(selection(), QStringLiteral("brown fox"), 5000);
+        startOrSkip(gtk, gtkTextWindow, {QStringLiteral("--select"), QStringLiteral("brown fox")});
+        QTRY_COMPARE_WITH_TIMEOUT(focusedSelection(), QStringLiteral("brown fox"), 5000);
     }
 
     void qtTextEditAndButton()
@@ -156,11 +156,7 @@ private Q_SLOTS:
         CaptureTestWindow qt;
         startOrSkip(qt, QStringLiteral(QT_TEXT_WINDOW),
                     {QStringLiteral("edit"), QStringLiteral("--select"), QStringLiteral("quick")});
-        auto selection = [&] {
-            const AccessibleElementPtr focused = m_service->focusedElement();
-            return focused ? focused->selectedText().value_or(QStringLiteral("<none>")) : QStringLiteral("<no focus>");
-        };
-        QTRY_COMPARE_WITH_TIMEOUT(selection(), QStringLiteral("quick"), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(focusedSelection(), QStringLiteral("quick"), 5000);
     }
 
     void drawnTextHasNoAccessibleText()
@@ -175,11 +171,7 @@ private Q_SLOTS:
     void frozenApplicationDoesNotHoldUsUp()
     {
         CaptureTestWindow gtk;
-#ifdef GTK_TEXT_WINDOW
-        startOrSkip(gtk, QStringLiteral(GTK_TEXT_WINDOW), {});
-#else
-        startOrSkip(gtk, QString(), {});
-#endif
+        startOrSkip(gtk, gtkTextWindow, {});
         const QPoint target = gtk.point(QStringLiteral("view-quick"));
         expectWord(target, QStringLiteral("quick"), QStringLiteral("The quick brown fox jumps."));
 

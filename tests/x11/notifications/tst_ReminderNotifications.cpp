@@ -89,22 +89,19 @@ QList<Found> notificationServerContents()
     return found;
 }
 
-std::optional<Found> button(const QList<Found>& contents, const QString& label)
+// A visible element of this role and name.
+std::optional<Found> shown(const QList<Found>& contents, AtspiRole role, const QString& name)
 {
     for (const Found& f : contents) {
-        if (f.role == ATSPI_ROLE_PUSH_BUTTON && f.name == label && !f.extents.isEmpty())
+        if (f.role == role && f.name == name && !f.extents.isEmpty())
             return f;
     }
     return std::nullopt;
 }
 
-std::optional<Found> label(const QList<Found>& contents, const QString& text)
+std::optional<Found> button(const QList<Found>& contents, const QString& label)
 {
-    for (const Found& f : contents) {
-        if (f.role == ATSPI_ROLE_LABEL && f.name == text && !f.extents.isEmpty())
-            return f;
-    }
-    return std::nullopt;
+    return shown(contents, ATSPI_ROLE_PUSH_BUTTON, label);
 }
 
 bool hasLabel(const QList<Found>& contents, const QString& text)
@@ -210,7 +207,8 @@ private Q_SLOTS:
 
         // A click on the reminder itself opens the review window and answers nothing.
         std::optional<Found> word;
-        QTRY_VERIFY_WITH_TIMEOUT((word = label(notificationServerContents(), bread.sourceText)).has_value(), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (word = shown(notificationServerContents(), ATSPI_ROLE_LABEL, bread.sourceText)).has_value(), 15000);
         const int shownBefore = deck.shown;
         click(word->extents.center());
         QTRY_COMPARE_WITH_TIMEOUT(reviewWindows, 1, 10000);

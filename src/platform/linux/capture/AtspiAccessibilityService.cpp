@@ -478,6 +478,28 @@ QDBusMessage busStatusCall(const QString& method)
                                           QStringLiteral("org.freedesktop.DBus.Properties"), method);
 }
 
+struct ApplicationConversation
+{
+    GObjectPtr<AtspiAccessible> application;
+    std::shared_ptr<Conversation> conversation;
+};
+
+// The application of another process that has not stopped answering, and a conversation with it
+// that counts text offsets the way the application does.
+std::optional<ApplicationConversation> talkTo(std::optional<qint64> pid,
+                                              const std::shared_ptr<UnresponsiveApplications>& unresponsive)
+{
+    // Asking ourselves would wait on our own, busy, main thread.
+    if (!pid || *pid == qint64(::getpid()) || unresponsive->contains(*pid))
+        return std::nullopt;
+    GObjectPtr<AtspiAccessible> application = applicationOf(*pid);
+    if (!application)
+        return std::nullopt;
+    auto conversation = std::make_shared<Conversation>(*pid, unresponsive);
+    conversation->setCountsInUtf16(isQtApplication(*conversation, application.get()));
+    return ApplicationConversation{std::move(application), std::move(conversation)};
+}
+
 } // namespace
 
 AtspiAccessibilityService::AtspiAccessibilityService()
@@ -498,17 +520,12 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtPoint(QPointF screenPoi
     if (!m_connected)
         return nullptr;
     const QPoint device = toDevicePixels(screenPoint);
-    const std::optional<qint64> pid = x11::processIdAt(device.x(), device.y());
-    // Asking ourselves would wait on our own, busy, main thread.
-    if (!pid || *pid == qint64(::getpid()) || m_unresponsive->contains(*pid))
+    std::optional<ApplicationConversation> talk = talkTo(x11::processIdAt(device.x(), device.y()), m_unresponsive);
+    if (!talk)
         return nullptr;
-    GObjectPtr<AtspiAccessible> application = applicationOf(*pid);
-    if (!application)
-        return nullptr;
-    auto conversation = std::make_shared<Conversation>(*pid, m_unresponsive);
-    conversation->setCountsInUtf16(isQtApplication(*conversation, application.get()));
+    std::shared_ptr<Conversation>& conversation = talk->conversation;
     WindowAtPoint window =
-        windowAt(*conversation, application.get(), device, x11::clientWindowRectAt(device.x(), device.y()));
+        windowAt(*conversation, talk->application.get(), device, x11::clientWindowRectAt(device.x(), device.y()));
     if (!window.window || conversation->broken())
         return nullptr;
     conversation->setScale(window.scale);
@@ -523,19 +540,16 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
 {
     if (!m_connected)
         return nullptr;
-    const std::optional<qint64> pid = x11::activeWindowProcessId();
-    if (!pid || *pid == qint64(::getpid()) || m_unresponsive->contains(*pid))
+    std::optional<ApplicationConversation> talk = talkTo(x11::activeWindowProcessId(), m_unresponsive);
+    if (!talk)
         return nullptr;
-    GObjectPtr<AtspiAccessible> application = applicationOf(*pid);
-    if (!application)
-        return nullptr;
-    auto conversation = std::make_shared<Conversation>(*pid, m_unresponsive);
+    std::shared_ptr<Conversation>& conversation = talk->conversation;
+    AtspiAccessible* application = talk->application.get();
     Conversation& c = *conversation;
-    c.setCountsInUtf16(isQtApplication(c, application.get()));
     GObjectPtr<AtspiAccessible> active;
-    const int count = childCount(c, application.get());
+    const int count = childCount(c, application);
     for (int i = 0; i < count && !c.broken() && !active; ++i) {
-        GObjectPtr<AtspiAccessible> window = childAt(c, application.get(), i);
+        GObjectPtr<AtspiAccessible> window = childAt(c, application, i);
         if (window && hasState(c, window.get(), ATSPI_STATE_ACTIVE))
             active = std::move(window);
     }

@@ -5,6 +5,7 @@
 #include "core/hotkeys/HotkeyKeyTable.h"
 #include "core/hotkeys/KeyNames.h"
 #include "core/support/Logging.h"
+#include "platform/linux/XcbSupport.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
@@ -32,11 +33,7 @@ namespace tolvane {
 
 namespace {
 
-struct FreeDeleter
-{
-    void operator()(void* p) const { std::free(p); }
-};
-template <typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
+using x11::Reply;
 
 struct KeySymbolsDeleter
 {
@@ -563,8 +560,7 @@ void XcbHotkeyService::report(quint32 held)
 
 std::unique_ptr<GlobalHotkeyService> createXcbHotkeyService()
 {
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
+    xcb_connection_t* connection = x11::connection();
     if (!connection || xcb_connection_has_error(connection))
         return nullptr;
     return std::make_unique<XcbHotkeyService>(connection);

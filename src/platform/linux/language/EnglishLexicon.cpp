@@ -3,6 +3,7 @@
 
 #include "core/support/Logging.h"
 #include "platform/linux/language/LanguageModelFormat.h"
+#include "platform/linux/language/MappedFile.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,20 +20,19 @@ EnglishLexicon::EnglishLexicon(std::unique_ptr<QFile> file)
 
 std::unique_ptr<EnglishLexicon> EnglishLexicon::open(const QString& path)
 {
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly)) {
-        qCWarning(lcEnglishLexicon) << "Cannot open" << path << file->errorString();
+    std::optional<MappedFile> mapped =
+        MappedFile::map(path, sizeof(EnglishLexiconHeader), "an English lexicon", lcEnglishLexicon());
+    if (!mapped)
         return nullptr;
-    }
-    const qint64 size = file->size();
-    const uchar* data = size >= static_cast<qint64>(sizeof(EnglishLexiconHeader)) ? file->map(0, size) : nullptr;
+    const uchar* data = mapped->data;
+    const qint64 size = mapped->size;
     const auto* header = reinterpret_cast<const EnglishLexiconHeader*>(data);
-    if (!header || std::memcmp(header->magic, magic, sizeof magic) != 0 ||
+    if (std::memcmp(header->magic, magic, sizeof magic) != 0 ||
         static_cast<qint64>(sizeof(EnglishLexiconHeader) + header->entryCount * sizeof(EnglishLexiconEntry)) != size) {
         qCWarning(lcEnglishLexicon) << "Not an English lexicon of this version:" << path;
         return nullptr;
     }
-    std::unique_ptr<EnglishLexicon> lexicon(new EnglishLexicon(std::move(file)));
+    std::unique_ptr<EnglishLexicon> lexicon(new EnglishLexicon(std::move(mapped->file)));
     lexicon->m_entries = reinterpret_cast<const EnglishLexiconEntry*>(data + sizeof(EnglishLexiconHeader));
     lexicon->m_count = header->entryCount;
     return lexicon;

@@ -2,6 +2,7 @@
 #include "platform/linux/language/LanguageModel.h"
 
 #include "core/support/Logging.h"
+#include "platform/linux/language/MappedFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,21 +20,12 @@ LanguageModel::LanguageModel(std::unique_ptr<QFile> file)
 
 std::unique_ptr<LanguageModel> LanguageModel::open(const QString& path)
 {
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly)) {
-        qCWarning(lcLanguageModel) << "Cannot open" << path << file->errorString();
+    std::optional<MappedFile> mapped =
+        MappedFile::map(path, sizeof(LanguageModelHeader), "a language model", lcLanguageModel());
+    if (!mapped)
         return nullptr;
-    }
-    const qint64 size = file->size();
-    if (size < static_cast<qint64>(sizeof(LanguageModelHeader))) {
-        qCWarning(lcLanguageModel) << "Model file too short:" << path;
-        return nullptr;
-    }
-    const uchar* data = file->map(0, size);
-    if (!data) {
-        qCWarning(lcLanguageModel) << "Cannot map" << path << file->errorString();
-        return nullptr;
-    }
+    const uchar* data = mapped->data;
+    const qint64 size = mapped->size;
     const auto* header = reinterpret_cast<const LanguageModelHeader*>(data);
     const qint64 expected =
         static_cast<qint64>(sizeof(LanguageModelHeader)) + static_cast<qint64>(header->ngramBuckets) * 2 +
@@ -45,7 +37,7 @@ std::unique_ptr<LanguageModel> LanguageModel::open(const QString& path)
         qCWarning(lcLanguageModel) << "Not a language model of this version:" << path;
         return nullptr;
     }
-    std::unique_ptr<LanguageModel> model(new LanguageModel(std::move(file)));
+    std::unique_ptr<LanguageModel> model(new LanguageModel(std::move(mapped->file)));
     model->m_header = header;
     model->m_ngrams = reinterpret_cast<const std::uint16_t*>(data + sizeof(LanguageModelHeader));
     model->m_words = reinterpret_cast<const LanguageModelWord*>(data + sizeof(LanguageModelHeader) +
