@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A flashcard reminder on a real desktop: the session's notification server shows it with both
 // answer buttons and the card's words as typed, and a click on "I know this" reaches the deck.
+#include "core/records/ReviewDeckStore.h"
+#include "core/records/UsageEventStore.h"
 #include "core/review/NotificationScheduler.h"
 #include "core/review/ReminderResponder.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Clock.h"
 #include "core/support/QtScheduler.h"
+#include "fakes/FakeScheduler.h"
 #include "platform/linux/notifications/DbusNotificationServer.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/null/MemoryPreferenceStore.h"
@@ -109,20 +112,21 @@ bool hasLabel(const QList<Found>& contents, const QString& text)
     return std::any_of(contents.begin(), contents.end(), [&](const Found& f) { return f.name == text; });
 }
 
-class MemoryDeck final : public ReminderDeck
+// The card as the deck's file holds it now: what survives a restart.
+ReviewCard storedCard(const QString& directory, const QUuid& id)
 {
-public:
-    QList<ReviewCard> cards;
-    int shown = 0;
-    void setStatus(const QUuid& id, CardStatus status) override
-    {
-        for (auto& card : cards) {
-            if (card.id == id)
-                card.status = status;
-        }
+    FakeScheduler unused;
+    SystemClock clock;
+    MemoryPreferenceStore store;
+    Preferences preferences(store);
+    UsageEventStore usage(clock, directory);
+    ReviewDeckStore reread(clock, unused, preferences, usage, nullptr, directory);
+    for (const ReviewCard& card : reread.cards()) {
+        if (card.id == id)
+            return card;
     }
-    void markShown(const QUuid&, double) override { ++shown; }
-};
+    return {};
+}
 
 int pendingCount(NotificationCenter& center)
 {
@@ -159,18 +163,18 @@ private Q_SLOTS:
         DesktopNotificationCenter center(std::make_unique<DbusNotificationServer>(),
                                          dir.filePath(QStringLiteral("pending_reminders.json")), scheduler, clock,
                                          [] { return false; });
-        MemoryDeck deck;
-        ReviewCard card;
-        card.id = QUuid::createUuid();
-        card.sourceText = QStringLiteral("<b>hostile</b>");
-        // Valid markup: a server that parsed it would show "x y" in italics and bold.
-        card.translation = QStringLiteral("<i>x</i> <b>y</b>");
-        ReviewCard bread;
-        bread.id = QUuid::createUuid();
-        bread.sourceText = QStringLiteral("bread");
-        bread.translation = QStringLiteral("хлеб");
-        deck.cards = {card, bread};
-        NotificationScheduler planner(center, preferences, scheduler, [&] { return deck.cards; });
+        UsageEventStore usage(clock, dir.path());
+        ReviewDeckStore deck(clock, scheduler, preferences, usage, nullptr, dir.path());
+        // Valid markup in both fields: a server that parsed it would show bold and italics.
+        deck.addCard(QStringLiteral("<b>hostile</b>"), QStringLiteral("<i>x</i> <b>y</b>"), true, QStringLiteral("ru"),
+                     DetectedDirection::englishToTarget);
+        deck.addCard(QStringLiteral("bread"), QStringLiteral("хлеб"), true, QStringLiteral("ru"),
+                     DetectedDirection::englishToTarget);
+        QCOMPARE(deck.cards().size(), 2);
+        const ReviewCard card = deck.cards().first();
+        const ReviewCard bread = deck.cards().last();
+        NotificationScheduler planner(center, preferences, scheduler, [&] { return deck.cards(); });
+        deck.setReminderPlanner(&planner);
         int reviewWindows = 0;
         ReminderResponder responder(deck, planner, preferences, scheduler, [&] { ++reviewWindows; });
         center.setDelegate(&responder);
@@ -195,8 +199,11 @@ private Q_SLOTS:
         saveScreenshot(notificationArea(contents, knowIt.extents));
 
         click(knowIt.extents.center());
-        QTRY_VERIFY_WITH_TIMEOUT(deck.cards.first().status == CardStatus::knowIt, 10000);
-        QVERIFY(deck.shown >= 1);
+        QTRY_VERIFY_WITH_TIMEOUT(deck.cards().first().status == CardStatus::knowIt, 10000);
+        // The answer is in review_deck.json, not only in memory.
+        const ReviewCard answered = storedCard(dir.path(), card.id);
+        QCOMPARE(answered.status, CardStatus::knowIt);
+        QVERIFY(answered.lastShownDate.has_value());
         QCOMPARE(reviewWindows, 0);
         // Only the other card is left in the plan.
         QTRY_COMPARE(pendingCount(center), 60);
@@ -209,11 +216,11 @@ private Q_SLOTS:
         std::optional<Found> word;
         QTRY_VERIFY_WITH_TIMEOUT(
             (word = shown(notificationServerContents(), ATSPI_ROLE_LABEL, bread.sourceText)).has_value(), 15000);
-        const int shownBefore = deck.shown;
+        QVERIFY(!deck.cards().last().lastShownDate.has_value());
         click(word->extents.center());
         QTRY_COMPARE_WITH_TIMEOUT(reviewWindows, 1, 10000);
-        QCOMPARE(deck.cards.last().status, CardStatus::new_);
-        QVERIFY(deck.shown > shownBefore);
+        QCOMPARE(deck.cards().last().status, CardStatus::new_);
+        QTRY_VERIFY(deck.cards().last().lastShownDate.has_value());
 
         planner.cancelAll();
         QTRY_COMPARE(pendingCount(center), 0);
