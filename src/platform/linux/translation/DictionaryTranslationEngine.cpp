@@ -178,7 +178,7 @@ Result<QString> DictionaryTranslationEngine::translate(const QString& text, cons
     const QString cut = trimmed.left(longestPassage);
     if (auto sentence = ApertiumPassageTranslator::translate(cut, source, languageOf(targetCode)))
         return *sentence;
-    const QString passage = glossPassage(*loaded.value(), cut, source);
+    const QString passage = glossPassage(*loaded.value(), cut, source, languageOf(targetCode));
     if (passage.isEmpty())
         return Error{QStringLiteral("No translation found for “%1”.").arg(trimmed.left(40))};
     return passage;
@@ -331,8 +331,17 @@ std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const Diction
     return std::nullopt;
 }
 
+namespace {
+bool isEnglishArticle(const QString& word)
+{
+    return word.compare(QLatin1String("the"), Qt::CaseInsensitive) == 0 ||
+           word.compare(QLatin1String("a"), Qt::CaseInsensitive) == 0 ||
+           word.compare(QLatin1String("an"), Qt::CaseInsensitive) == 0;
+}
+} // namespace
+
 QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, const QString& text,
-                                                  const QString& sourceLanguage)
+                                                  const QString& sourceLanguage, const QString& targetLanguage)
 {
     QString out;
     bool translatedAny = false;
@@ -390,17 +399,33 @@ QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, co
         return translatedAny ? out : QString();
     }
 
+    // Russian, Chinese, Japanese and Korean have no articles: a word-for-word "the" would only
+    // put a stray word (or a wrong one) in front of every noun.
+    const bool dropArticles =
+        sourceLanguage == QLatin1String("en") &&
+        QStringList{QStringLiteral("ru"), QStringLiteral("zh"), QStringLiteral("ja"), QStringLiteral("ko")}.contains(
+            targetLanguage);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
     qsizetype start = 0;
+    bool skipSpace = false;
     while (start < text.size()) {
         qsizetype end = finder.toNextBoundary();
         if (end < 0 || end <= start)
             end = text.size();
         const QString segment = text.mid(start, end - start);
-        out += hasLetter(segment) ? glossOf(segment) : segment;
         start = end;
+        if (dropArticles && isEnglishArticle(segment)) {
+            skipSpace = true;
+            continue;
+        }
+        if (skipSpace && segment.trimmed().isEmpty()) {
+            skipSpace = false;
+            continue;
+        }
+        skipSpace = false;
+        out += hasLetter(segment) ? glossOf(segment) : segment;
     }
-    return translatedAny ? out : QString();
+    return translatedAny ? out.trimmed() : QString();
 }
 
 } // namespace tolvane

@@ -64,7 +64,8 @@ private:
     std::optional<WordTranslation> entryFor(const DictionaryFile& file, const QString& key, const QString& lexicalClass,
                                             int depth) const;
     QStringList lemmaCandidates(const QString& word, const QString& sourceLanguage);
-    QString glossPassage(const DictionaryFile& file, const QString& text, const QString& sourceLanguage);
+    QString glossPassage(const DictionaryFile& file, const QString& text, const QString& sourceLanguage,
+                         const QString& targetLanguage);
 
     QStringList m_directories;
     std::mutex m_mutex;
