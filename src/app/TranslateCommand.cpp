@@ -2,8 +2,8 @@
 #include "app/TranslateCommand.h"
 
 #include "core/setup/Preferences.h"
-#include "core/translation/DirectionDetection.h"
 #include "core/support/AppPaths.h"
+#include "core/translation/DirectionDetection.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
