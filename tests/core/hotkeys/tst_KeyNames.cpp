@@ -20,7 +20,6 @@ private Q_SLOTS:
         QTest::newRow("default") << 49u << 2048u << "⌥Space" << QStringList{"⌥", "Space"};
         QTest::newRow("modifier-only") << 4294967295u << 6144u << "⌃⌥" << QStringList{"⌃", "⌥"};
         QTest::newRow("section key has no name") << 10u << 0u << "(10)" << QStringList{"(10)"};
-        QTest::newRow("left arrow") << 123u << 256u << "⌘(123)" << QStringList{"⌘", "(123)"};
         QTest::newRow("all four, fixed order") << 21u << 7936u << "⌃⌥⇧⌘4" << QStringList{"⌃", "⌥", "⇧", "⌘", "4"};
         QTest::newRow("keypad name stays one cap") << 76u << 4096u << "⌃Keypad ↩" << QStringList{"⌃", "Keypad ↩"};
         QTest::newRow("nothing") << 4294967295u << 0u << "" << QStringList{};
@@ -88,16 +87,10 @@ private Q_SLOTS:
     {
         QCOMPARE(HotkeyKeyTable::byKeysym('K')->keyCode, 40u);    // Shift+K reports the capital
         QCOMPARE(HotkeyKeyTable::byKeysym(0xff9c)->keyCode, 83u); // KP_End is Keypad 1 without Num Lock
-        QCOMPARE(HotkeyKeyTable::byKeysym(0xfe20)->keyCode, 48u); // ISO_Left_Tab
         QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_Backtab, false)->keyCode, 48u);
-        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, true)->keyCode, 87u);
-        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, false)->keyCode, 23u);
-        QVERIFY(!HotkeyKeyTable::byKeysym(0x6c1)); // a Cyrillic letter
-        QVERIFY(!HotkeyKeyTable::byKeyCode(4294967295u));
-        QVERIFY(!HotkeyKeyTable::byQtKey(Qt::Key_unknown, false));
-        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffeb), 256u);  // Super is Command
-        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffea), 2048u); // Alt is Option
-        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffe4), 4096u);
+        QCOMPARE(HotkeyKeyTable::byQtKey(Qt::Key_5, true)->keyCode, 87u); // keypad 5, not the digit
+        QVERIFY(!HotkeyKeyTable::byKeysym(0x6c1));                        // a Cyrillic letter
+        QCOMPARE(HotkeyKeyTable::modifierForKeysym(0xffeb), 256u);        // Super is Command
         QCOMPARE(HotkeyKeyTable::modifierForKeysym('a'), 0u);
     }
 };

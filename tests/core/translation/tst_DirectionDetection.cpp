@@ -30,7 +30,6 @@ private Q_SLOTS:
     {
         QCOMPARE(labelCode(QStringLiteral("sv")), QStringLiteral("SV"));
         QCOMPARE(languageShortName(QStringLiteral("sv")), QStringLiteral("SV"));
-        QCOMPARE(speechLocaleCode(QStringLiteral("sv")), QStringLiteral("sv"));
         QCOMPARE(recognitionLanguages(QStringLiteral("sv")), QStringList({"en-US", "sv"}));
     }
 
@@ -110,7 +109,6 @@ private Q_SLOTS:
         QVERIFY(containsHanCharacters(QStringLiteral("a\u3400")));
         QVERIFY(containsHanCharacters(QString::fromUcs4(U"\U00020000")));
         QVERIFY(!containsHanCharacters(QStringLiteral("\u3068\u3057\u3087")));
-        QVERIFY(!containsHanCharacters(QString()));
         QVERIFY(!containsHanCharacters(QString::fromUcs4(U"\U0002FA20")));
     }
 
@@ -132,8 +130,6 @@ private Q_SLOTS:
         QCOMPARE(pronunciationReading(QStringLiteral("\u3072\u3089"), QStringLiteral("ja"), transliterator),
                  std::nullopt);
         QCOMPARE(pronunciationReading(QStringLiteral("\u4E2D"), QStringLiteral("zh-Hans"), transliterator),
-                 std::nullopt);
-        QCOMPARE(pronunciationReading(QStringLiteral("\u6C34"), QStringLiteral("zh-Hans"), transliterator),
                  std::nullopt);
     }
 };
