@@ -113,17 +113,6 @@ private Q_SLOTS:
         QCOMPARE(AXHoverInspector::wordAtPosition(*past, {}), WordAtPositionResult::makeNoText());
     }
 
-    void firstTextAttributeSkipsBlankValues()
-    {
-        FakeAccessibleElement element;
-        QCOMPARE(AXHoverInspector::firstTextAttribute(element), std::nullopt);
-        QCOMPARE(element.attributeQueries,
-                 QStringList({QStringLiteral("AXValue"), QStringLiteral("AXTitle"), QStringLiteral("AXDescription")}));
-        element.attributes.insert(QStringLiteral("AXValue"), QStringLiteral("\t\n"));
-        element.attributes.insert(QStringLiteral("AXDescription"), QStringLiteral(" Close the window "));
-        QCOMPARE(AXHoverInspector::firstTextAttribute(element), QStringLiteral("Close the window"));
-    }
-
     void sentenceContaining()
     {
         const QString text = QStringLiteral("Hello, world! The quick brown fox jumps.  ");

@@ -56,14 +56,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<int>("distance");
-        QTest::newRow("one substitution") << "hause"
-                                          << "house" << 1;
-        QTest::newRow("insert and delete") << "book"
-                                           << "books" << 1;
-        QTest::newRow("transposition is two") << "form"
-                                              << "from" << 2;
-        QTest::newRow("empty") << ""
-                               << "abc" << 3;
+        QTest::newRow("one substitution") << QStringLiteral("hause") << "house" << 1;
+        QTest::newRow("insert and delete") << QStringLiteral("book") << "books" << 1;
+        QTest::newRow("transposition is two") << QStringLiteral("form") << "from" << 2;
+        QTest::newRow("empty") << QString() << "abc" << 3;
         QTest::newRow("accented letter is one character") << QStringLiteral("cafe\u0301") << "cafe" << 1;
     }
     void editDistance()

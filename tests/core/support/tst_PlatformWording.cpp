@@ -13,16 +13,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("sentence start") << "macOS could not register the hotkey."
+        QTest::newRow("sentence start") << QStringLiteral("macOS could not register the hotkey.")
                                         << "The desktop could not register the hotkey.";
-        QTest::newRow("your Mac") << "Nothing leaves your Mac."
-                                  << "Nothing leaves your computer.";
-        QTest::newRow("footer") << "TOLVANE FOR MAC"
-                                << "TOLVANE FOR LINUX";
-        QTest::newRow("whole words only") << "Machine translation on iMac"
-                                          << "Machine translation on iMac";
-        QTest::newRow("after a sentence") << "Done. macOS keeps it."
-                                          << "Done. The desktop keeps it.";
+        QTest::newRow("your Mac") << QStringLiteral("Nothing leaves your Mac.") << "Nothing leaves your computer.";
+        QTest::newRow("footer") << QStringLiteral("TOLVANE FOR MAC") << "TOLVANE FOR LINUX";
+        QTest::newRow("whole words only")
+            << QStringLiteral("Machine translation on iMac") << "Machine translation on iMac";
+        QTest::newRow("after a sentence") << QStringLiteral("Done. macOS keeps it.") << "Done. The desktop keeps it.";
     }
     void saysTheDesktopsWords()
     {

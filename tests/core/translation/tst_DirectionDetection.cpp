@@ -5,8 +5,6 @@
 
 #include <QTest>
 
-#include <limits>
-
 using namespace tolvane;
 
 namespace {
@@ -26,21 +24,14 @@ class TestDirectionDetection : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void unknownCodesDegradeToTheCodeItself()
+    void codesLabelsAndRecognitionLanguages()
     {
         QCOMPARE(labelCode(QStringLiteral("sv")), QStringLiteral("SV"));
         QCOMPARE(languageShortName(QStringLiteral("sv")), QStringLiteral("SV"));
         QCOMPARE(recognitionLanguages(QStringLiteral("sv")), QStringList({"en-US", "sv"}));
-    }
-
-    void recognitionLanguagesLeaveOutExcludedScripts()
-    {
-        QCOMPARE(recognitionLanguages(QStringLiteral("ja")), QStringList({"en-US"}));
+        QCOMPARE(recognitionLanguages(QStringLiteral("ja")), QStringList({"en-US"})); // an excluded script
         QCOMPARE(recognitionLanguages(QStringLiteral("pt")), QStringList({"en-US", "pt-BR"}));
-    }
-
-    void labelsUseTheArrowWithSpaces()
-    {
+        // Labels use the arrow with spaces.
         QCOMPARE(makeDirectionLabel(DetectedDirection::targetToEnglish, QStringLiteral("zh-Hans")),
                  QStringLiteral("ZH \u2192 EN"));
         QCOMPARE(makeDirectionLabel(QStringLiteral("fr")), QStringLiteral("EN \u2192 FR"));
@@ -59,25 +50,20 @@ private Q_SLOTS:
         const auto e2t = DetectedDirection::englishToTarget;
         const auto t2e = DetectedDirection::targetToEnglish;
         const QString sentence = QStringLiteral("Il pleut depuis trois jours.");
-        QTest::newRow("confident French") << "fr" << sentence << "fr" << 0.9 << true << t2e;
-        QTest::newRow("exactly the threshold") << "fr" << sentence << "fr" << 0.6 << true << t2e;
-        QTest::newRow("weak French") << "fr" << sentence << "fr" << 0.55 << true << e2t;
-        QTest::newRow("not a number") << "fr" << sentence << "fr" << std::numeric_limits<double>::quiet_NaN() << true
-                                      << e2t;
-        QTest::newRow("no dominant language") << "fr" << sentence << "" << 0.9 << true << e2t;
-        QTest::newRow("dominant without a hypothesis") << "fr" << sentence << "de" << 0.9 << true << e2t;
-        QTest::newRow("two letters padded") << "fr"
-                                            << "  le \n"
-                                            << "fr" << 0.99 << false << e2t;
-        QTest::newRow("two graphemes, many units") << "fr"
-                                                   << "e\u0301e\u0301"
-                                                   << "fr" << 0.99 << false << e2t;
-        QTest::newRow("excluded Japanese") << "ja"
-                                           << "\u56F3\u66F8\u9928\u3067\u3059"
-                                           << "ja" << 0.99 << false << e2t;
-        QTest::newRow("excluded Korean") << "ko"
-                                         << "\uD559\uAD50\uC5D0"
-                                         << "ko" << 0.99 << false << e2t;
+        const QString fr = QStringLiteral("fr");
+        QTest::newRow("confident French") << fr << sentence << fr << 0.9 << true << t2e;
+        QTest::newRow("exactly the threshold") << fr << sentence << fr << 0.6 << true << t2e;
+        QTest::newRow("weak French") << fr << sentence << fr << 0.55 << true << e2t;
+        QTest::newRow("not a number") << fr << sentence << fr << qQNaN() << true << e2t;
+        QTest::newRow("no dominant language") << fr << sentence << QString() << 0.9 << true << e2t;
+        QTest::newRow("dominant without a hypothesis") << fr << sentence << "de" << 0.9 << true << e2t;
+        QTest::newRow("two letters padded") << fr << QStringLiteral("  le \n") << fr << 0.99 << false << e2t;
+        QTest::newRow("two graphemes, many units")
+            << fr << QStringLiteral("e\u0301e\u0301") << fr << 0.99 << false << e2t;
+        QTest::newRow("excluded Japanese")
+            << QStringLiteral("ja") << QStringLiteral("\u56F3\u66F8\u9928\u3067\u3059") << "ja" << 0.99 << false << e2t;
+        QTest::newRow("excluded Korean") << QStringLiteral("ko") << QStringLiteral("\uD559\uAD50\uC5D0") << "ko" << 0.99
+                                         << false << e2t;
     }
 
     void detectionTrustsOnlyConfidentTargetAnswers()

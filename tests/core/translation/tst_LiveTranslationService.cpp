@@ -14,45 +14,6 @@ using Phase = LiveTranslationService::Status::Phase;
 
 Q_DECLARE_METATYPE(tolvane::LiveTranslationService::Status)
 
-namespace {
-
-// Engine work held until the test lets it run, so the moments between the steps can be seen.
-struct ManualExecutor
-{
-    std::deque<std::function<void()>> jobs;
-
-    LiveTranslationService::Executor executor()
-    {
-        return [this](std::function<void()> job) { jobs.push_back(std::move(job)); };
-    }
-    void runJobs()
-    {
-        while (!jobs.empty()) {
-            auto job = std::move(jobs.front());
-            jobs.pop_front();
-            job();
-        }
-    }
-};
-
-struct Answers
-{
-    QStringList texts;
-    QStringList errors;
-
-    LiveTranslationService::Completion record()
-    {
-        return [this](Result<QString> result) {
-            if (result)
-                texts.append(result.value());
-            else
-                errors.append(result.error().message);
-        };
-    }
-};
-
-} // namespace
-
 class TestLiveTranslationService final : public QObject
 {
     Q_OBJECT
@@ -60,17 +21,39 @@ class TestLiveTranslationService final : public QObject
 private:
     FakeTranslationEngine m_engine;
     FakeScheduler m_scheduler;
-    ManualExecutor m_work;
+    // Engine work held until the test lets it run, so the moments between the steps can be seen.
+    std::deque<std::function<void()>> m_jobs;
+    QStringList m_texts;
+    QStringList m_errors;
 
     std::unique_ptr<LiveTranslationService> makeService()
     {
-        return std::make_unique<LiveTranslationService>(m_engine, m_scheduler, m_work.executor());
+        return std::make_unique<LiveTranslationService>(
+            m_engine, m_scheduler, [this](std::function<void()> job) { m_jobs.push_back(std::move(job)); });
+    }
+    void ask(LiveTranslationService& service, const char* text, const char* from, const char* to)
+    {
+        service.translate(QString::fromUtf8(text), QString::fromLatin1(from), QString::fromLatin1(to),
+                          [this](Result<QString> result) {
+                              if (result)
+                                  m_texts.append(result.value());
+                              else
+                                  m_errors.append(result.error().message);
+                          });
+    }
+    void runJobs()
+    {
+        while (!m_jobs.empty()) {
+            auto job = std::move(m_jobs.front());
+            m_jobs.pop_front();
+            job();
+        }
     }
     // Lets every piece of work and every answer run until nothing is left.
     void settle()
     {
-        while (!m_work.jobs.empty() || m_scheduler.postedCount() > 0) {
-            m_work.runJobs();
+        while (!m_jobs.empty() || m_scheduler.postedCount() > 0) {
+            runJobs();
             m_scheduler.runPosted();
         }
     }
@@ -82,7 +65,9 @@ private Q_SLOTS:
         m_engine.translations = {{QStringLiteral("chat"), QStringLiteral("cat")},
                                  {QStringLiteral("cat"), QStringLiteral("chat")},
                                  {QStringLiteral("chien"), QStringLiteral("dog")}};
-        m_work.jobs.clear();
+        m_jobs.clear();
+        m_texts.clear();
+        m_errors.clear();
     }
 
     void pairKeysUseTheLanguageCodeOnly()
@@ -97,21 +82,20 @@ private Q_SLOTS:
     void requestsWaitingForASessionShareItAndKeepTheirOrder()
     {
         auto service = makeService();
-        Answers answers;
-        service->translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
-        service->translate(QStringLiteral("chien"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "chat", "fr", "en");
+        ask(*service, "chien", "fr", "en");
 
         // Both availability checks answer; the first asks for the session, the second joins it.
-        m_work.runJobs();
+        runJobs();
         m_scheduler.runPosted();
         QCOMPARE(service->requestedPairs(), QSet<QString>{QStringLiteral("fr-en")});
         QVERIFY(!service->session(QStringLiteral("fr-en")));
-        QCOMPARE(m_work.jobs.size(), std::size_t(1)); // one session on its way, not two
+        QCOMPARE(m_jobs.size(), std::size_t(1)); // one session on its way, not two
         QVERIFY(m_engine.prepared.isEmpty());
         QCOMPARE(service->status().phase(), Phase::preparingSession);
 
         settle();
-        QCOMPARE(answers.texts, (QStringList{QStringLiteral("cat"), QStringLiteral("dog")}));
+        QCOMPARE(m_texts, (QStringList{QStringLiteral("cat"), QStringLiteral("dog")}));
         QCOMPARE(m_engine.prepared.size(), 2);
         QCOMPARE(service->status().phase(), Phase::idle);
     }
@@ -119,13 +103,12 @@ private Q_SLOTS:
     void aLaterRequestReusesTheSessionAndWalksEveryPhase()
     {
         auto service = makeService();
-        Answers answers;
-        service->translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "chat", "fr", "en");
         settle();
         const auto first = service->session(QStringLiteral("fr-en"));
 
         QSignalSpy spy(service.get(), &LiveTranslationService::statusChanged);
-        service->translate(QStringLiteral("chien"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "chien", "fr", "en");
         settle();
         QList<Phase> phases;
         for (const auto& arguments : spy)
@@ -134,32 +117,30 @@ private Q_SLOTS:
                  (QList<Phase>{Phase::preparingSession, Phase::downloadingModel, Phase::translating, Phase::idle}));
         QCOMPARE(service->session(QStringLiteral("fr-en")), first);
         QCOMPARE(service->requestedPairs().size(), 1);
-        QCOMPARE(answers.texts, (QStringList{QStringLiteral("cat"), QStringLiteral("dog")}));
+        QCOMPARE(m_texts, (QStringList{QStringLiteral("cat"), QStringLiteral("dog")}));
     }
 
     void aPairAndItsReverseHaveTheirOwnSessions()
     {
         auto service = makeService();
-        Answers answers;
-        service->translate(QStringLiteral("cat"), QStringLiteral("en"), QStringLiteral("fr"), answers.record());
-        service->translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "cat", "en", "fr");
+        ask(*service, "chat", "fr", "en");
         settle();
         QCOMPARE(service->requestedPairs(), (QSet<QString>{QStringLiteral("en-fr"), QStringLiteral("fr-en")}));
         QVERIFY(service->session(QStringLiteral("en-fr")) != service->session(QStringLiteral("fr-en")));
-        QCOMPARE(answers.texts.size(), 2);
+        QCOMPARE(m_texts.size(), 2);
     }
 
     void aFailedPreparationFailsTheRequestAndIsTriedAgainNextTime()
     {
         auto service = makeService();
-        Answers answers;
         m_engine.prepareError = QStringLiteral("The English → Korean dictionary is not installed. Run scripts/setup.");
         QTest::ignoreMessage(QtInfoMsg, "pair=en-ko availability=installed");
         QTest::ignoreMessage(QtWarningMsg, "prepareTranslation failed for pair=en-ko: The English → Korean dictionary "
                                            "is not installed. Run scripts/setup.");
-        service->translate(QStringLiteral("cat"), QStringLiteral("en"), QStringLiteral("ko"), answers.record());
+        ask(*service, "cat", "en", "ko");
         settle();
-        QCOMPARE(answers.errors, QStringList{m_engine.prepareError});
+        QCOMPARE(m_errors, QStringList{m_engine.prepareError});
         QCOMPARE(service->status(), LiveTranslationService::Status::failed(m_engine.prepareError));
         QVERIFY(m_engine.translated.isEmpty());
         const auto session = service->session(QStringLiteral("en-ko"));
@@ -167,44 +148,41 @@ private Q_SLOTS:
 
         m_engine.prepareError.clear();
         m_engine.translations.insert(QStringLiteral("cat"), QStringLiteral("고양이"));
-        service->translate(QStringLiteral("cat"), QStringLiteral("en"), QStringLiteral("ko"), answers.record());
+        ask(*service, "cat", "en", "ko");
         settle();
-        QCOMPARE(answers.texts, QStringList{QStringLiteral("고양이")});
+        QCOMPARE(m_texts, QStringList{QStringLiteral("고양이")});
         QCOMPARE(service->session(QStringLiteral("en-ko")), session);
     }
 
     void aFailedTranslationIsLoggedAndReturned()
     {
         auto service = makeService();
-        Answers answers;
         QTest::ignoreMessage(QtWarningMsg, "translate failed for pair=fr-en: No translation for xyzzy");
-        service->translate(QStringLiteral("xyzzy"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "xyzzy", "fr", "en");
         settle();
-        QCOMPARE(answers.errors, QStringList{QStringLiteral("No translation for xyzzy")});
+        QCOMPARE(m_errors, QStringList{QStringLiteral("No translation for xyzzy")});
         QCOMPARE(service->status().failure(), QStringLiteral("No translation for xyzzy"));
     }
 
     void anUnsupportedPairIsOnlyLoggedAndGoesOn()
     {
         auto service = makeService();
-        Answers answers;
         m_engine.availabilityAnswer = LanguageAvailability::unsupported;
         QTest::ignoreMessage(QtInfoMsg, "pair=fr-en availability=unsupported");
-        service->translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
+        ask(*service, "chat", "fr", "en");
         settle();
-        QCOMPARE(answers.texts, QStringList{QStringLiteral("cat")});
+        QCOMPARE(m_texts, QStringList{QStringLiteral("cat")});
     }
 
     void answersArrivingAfterTheServiceIsGoneAreDropped()
     {
         auto service = makeService();
-        Answers answers;
-        service->translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
-        m_work.runJobs(); // the availability answer is posted…
-        service.reset();  // …and the service goes away before it runs
+        ask(*service, "chat", "fr", "en");
+        runJobs();       // the availability answer is posted…
+        service.reset(); // …and the service goes away before it runs
         settle();
-        QVERIFY(answers.texts.isEmpty());
-        QVERIFY(answers.errors.isEmpty());
+        QVERIFY(m_texts.isEmpty());
+        QVERIFY(m_errors.isEmpty());
         QVERIFY(m_engine.prepared.isEmpty());
     }
 
@@ -212,10 +190,9 @@ private Q_SLOTS:
     {
         // The service's own worker: the engine runs elsewhere, the answer comes back by post().
         LiveTranslationService service(m_engine, m_scheduler);
-        Answers answers;
-        service.translate(QStringLiteral("chat"), QStringLiteral("fr"), QStringLiteral("en"), answers.record());
-        QTRY_VERIFY_WITH_TIMEOUT((m_scheduler.runPosted(), !answers.texts.isEmpty()), 5000);
-        QCOMPARE(answers.texts, QStringList{QStringLiteral("cat")});
+        ask(service, "chat", "fr", "en");
+        QTRY_VERIFY_WITH_TIMEOUT((m_scheduler.runPosted(), !m_texts.isEmpty()), 5000);
+        QCOMPARE(m_texts, QStringList{QStringLiteral("cat")});
     }
 };
 
