@@ -37,33 +37,32 @@ private Q_SLOTS:
         QTest::addColumn<WordAtPositionResult>("expected");
 
         const QString hello = QStringLiteral("Hello, world!");
+        const auto noText = WordAtPositionResult::makeNoText();
+        // A word whose sentence is the whole text.
+        const auto whole = [](const char* text, qsizetype location, const char* w) {
+            QTest::newRow(text) << QString::fromUtf8(text) << location
+                                << word(QString::fromUtf8(w), QString::fromUtf8(text));
+        };
         QTest::newRow("inside a word, punctuation trimmed")
             << hello << qsizetype(9) << word(QStringLiteral("world"), hello);
         QTest::newRow("on the space after a word") << hello << qsizetype(6) << word(QStringLiteral("Hello"), hello);
-        QTest::newRow("location 0 in one word")
-            << QStringLiteral("Save") << qsizetype(0) << word(QStringLiteral("Save"), QStringLiteral("Save"));
+        whole("Save", 0, "Save"); // location 0 in one word
         QTest::newRow("location 0 in two words")
             << QStringLiteral("Open file") << qsizetype(0)
             << WordAtPositionResult::makeRangeUnsupported(QStringLiteral("Open file"));
-        QTest::newRow("location at the end") << hello << qsizetype(13) << WordAtPositionResult::makeNoText();
-        QTest::newRow("negative location") << hello << qsizetype(-1) << WordAtPositionResult::makeNoText();
-        QTest::newRow("a lone dash") << QStringLiteral("—") << qsizetype(0) << WordAtPositionResult::makeNoText();
-        QTest::newRow("punctuation between spaces")
-            << QStringLiteral("yes - no") << qsizetype(4) << WordAtPositionResult::makeNoText();
+        QTest::newRow("location at the end") << hello << qsizetype(13) << noText;
+        QTest::newRow("negative location") << hello << qsizetype(-1) << noText;
+        QTest::newRow("a lone dash") << QStringLiteral("—") << qsizetype(0) << noText;
+        QTest::newRow("punctuation between spaces") << QStringLiteral("yes - no") << qsizetype(4) << noText;
         QTest::newRow("line break stops the walk back")
             << QStringLiteral("a\nb") << qsizetype(2) << word(QStringLiteral("b"), QStringLiteral("b"));
         QTest::newRow("second sentence") << QStringLiteral("Hello, world! The quick brown fox jumps.") << qsizetype(19)
                                          << word(QStringLiteral("quick"), QStringLiteral("The quick brown fox jumps."));
         // Locations count user-perceived characters: the flag is one, though four code units.
-        QTest::newRow("after a flag") << QStringLiteral("🇫🇷 café crème") << qsizetype(3)
-                                      << word(QStringLiteral("café"), QStringLiteral("🇫🇷 café crème"));
-        QTest::newRow("no-break space separates")
-            << QStringLiteral("10\u00a0km") << qsizetype(3) << word(QStringLiteral("km"), QStringLiteral("10\u00a0km"));
-        QTest::newRow("quotes and brackets trimmed")
-            << QStringLiteral("say «(bonjour)» now") << qsizetype(7)
-            << word(QStringLiteral("bonjour"), QStringLiteral("say «(bonjour)» now"));
-        QTest::newRow("inner apostrophe kept")
-            << QStringLiteral("it's fine") << qsizetype(1) << word(QStringLiteral("it's"), QStringLiteral("it's fine"));
+        whole("🇫🇷 café crème", 3, "café");
+        whole("10\u00a0km", 3, "km"); // a no-break space separates
+        whole("say «(bonjour)» now", 7, "bonjour");
+        whole("it's fine", 1, "it's");
     }
     void findsTheWordUnderThePointer()
     {

@@ -64,11 +64,9 @@ private Q_SLOTS:
         HotkeyManager& manager = rig.create();
         QVERIFY(rig.hotkeys().attempts.isEmpty()); // creation registers nothing
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyKeyCode), qint64(-1));
-        QCOMPARE(manager.currentKeyCode(), 49u);
-        QCOMPARE(manager.currentModifiers(), 2048u);
+        QCOMPARE(manager.currentCombination(), (HotkeyCombination{49, option}));
 
         QVERIFY(manager.updateHotkey(manager.currentKeyCode(), manager.currentModifiers()));
-        QCOMPARE(rig.hotkeys().registered.first().identifier, (HotkeyIdentifier{0x546c7648u, 1}));
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyKeyCode), qint64(49));
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyModifiers), qint64(2048));
         rig.verifyOneMechanism();

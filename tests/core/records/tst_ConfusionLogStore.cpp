@@ -87,17 +87,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("loads");
-        QTest::newRow("no appContext") << QByteArray(
-                                              "[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0}]")
-                                       << true;
-        QTest::newRow("appContext null")
-            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2,\"lastSeen\":0,\"appContext\":null}]")
-            << true;
-        QTest::newRow("no seenCount") << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"lastSeen\":0}]") << false;
-        QTest::newRow("fractional count")
-            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":2.5,\"lastSeen\":0}]") << false;
-        QTest::newRow("count beyond 64 bits")
-            << QByteArray("[{\"word\":\"a\",\"translation\":\"\",\"seenCount\":1e30,\"lastSeen\":0}]") << false;
+        // One entry, with the given members after word and translation.
+        const auto entry = [](const char* rest) {
+            return "[{\"word\":\"a\",\"translation\":\"\"," + QByteArray(rest) + "}]";
+        };
+        QTest::newRow("no appContext") << entry("\"seenCount\":2,\"lastSeen\":0") << true;
+        QTest::newRow("appContext null") << entry("\"seenCount\":2,\"lastSeen\":0,\"appContext\":null") << true;
+        QTest::newRow("no seenCount") << entry("\"lastSeen\":0") << false;
+        QTest::newRow("fractional count") << entry("\"seenCount\":2.5,\"lastSeen\":0") << false;
+        QTest::newRow("count beyond 64 bits") << entry("\"seenCount\":1e30,\"lastSeen\":0") << false;
     }
 
     void requiredKeysDecideWhetherAFileLoads()

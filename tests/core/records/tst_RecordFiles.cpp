@@ -41,10 +41,8 @@ private Q_SLOTS:
         log.recordLookup(QStringLiteral("Haus"), QStringLiteral("house"), std::nullopt);
         QCOMPARE(readFile(log.filePath()),
                  QByteArray("[{\"word\":\"Haus\",\"translation\":\"house\",\"seenCount\":1,\"lastSeen\":757382400}]"));
-        clock.advance(Duration(250));
         UsageEventStore events(clock, dir);
         events.record(UsageEventType::review);
-        QCOMPARE(readFile(events.filePath()), QByteArray("[{\"type\":\"review\",\"date\":757382400.25}]"));
 
         QCOMPARE(QFile(events.filePath()).permissions() & 0x0077, QFileDevice::Permissions());
         // The temporary file of the atomic write does not stay behind.

@@ -59,17 +59,16 @@ private Q_SLOTS:
         QTest::addColumn<std::optional<CardStatus>>("status");
         QTest::addColumn<double>("interval");
         QTest::addColumn<int>("windows");
-        QTest::newRow("I know this, interval absent") << QStringLiteral("FLASHCARD_KNOW_IT") << std::optional<double>()
-                                                      << std::optional(CardStatus::knowIt) << 14400.0 << 0;
+        using Hours = std::optional<double>;
+        using Status = std::optional<CardStatus>;
+        QTest::newRow("I know this, interval absent")
+            << QStringLiteral("FLASHCARD_KNOW_IT") << Hours() << Status(CardStatus::knowIt) << 14400.0 << 0;
         QTest::newRow("Review again, two hours")
-            << QStringLiteral("FLASHCARD_REVIEW_AGAIN") << std::optional<double>(2.0)
-            << std::optional(CardStatus::reviewAgain) << 7200.0 << 0;
+            << QStringLiteral("FLASHCARD_REVIEW_AGAIN") << Hours(2.0) << Status(CardStatus::reviewAgain) << 7200.0 << 0;
         QTest::newRow("click on the reminder, interval zero")
-            << NotificationResponse::defaultActionIdentifier << std::optional<double>(0.0)
-            << std::optional<CardStatus>() << 14400.0 << 1;
+            << NotificationResponse::defaultActionIdentifier << Hours(0.0) << Status() << 14400.0 << 1;
         // Empty action: the reminder came while Tolvane was in front; the card only moves on.
-        QTest::newRow("presented in front, half an hour")
-            << QString() << std::optional<double>(0.5) << std::optional<CardStatus>() << 1800.0 << 0;
+        QTest::newRow("presented in front, half an hour") << QString() << Hours(0.5) << Status() << 1800.0 << 0;
     }
     void answersSetStatusMarkShownAndPlanAgain()
     {

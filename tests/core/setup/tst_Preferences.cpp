@@ -43,22 +43,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<PreferenceValue>("stored");
         QTest::addColumn<double>("expected");
-        QTest::newRow("interval 0 → 4 h")
-            << QString(PreferenceKey::notificationIntervalHours) << PreferenceValue(0.0) << 4.0;
-        QTest::newRow("interval -1 → 4 h")
-            << QString(PreferenceKey::notificationIntervalHours) << PreferenceValue(qint64(-1)) << 4.0;
-        QTest::newRow("interval 2 (integer)")
-            << QString(PreferenceKey::notificationIntervalHours) << PreferenceValue(qint64(2)) << 2.0;
-        QTest::newRow("interval 0.5") << QString(PreferenceKey::notificationIntervalHours) << PreferenceValue(0.5)
-                                      << 0.5;
-        QTest::newRow("interval text") << QString(PreferenceKey::notificationIntervalHours)
-                                       << PreferenceValue(QStringLiteral("soon")) << 4.0;
-        QTest::newRow("interval NaN") << QString(PreferenceKey::notificationIntervalHours)
-                                      << PreferenceValue(std::numeric_limits<double>::quiet_NaN()) << 4.0;
-        QTest::newRow("word 2.5") << QString(PreferenceKey::wordOverlayDurationSeconds) << PreferenceValue(2.5) << 2.5;
-        QTest::newRow("word 0") << QString(PreferenceKey::wordOverlayDurationSeconds) << PreferenceValue(0.0) << 5.0;
-        QTest::newRow("passage -3") << QString(PreferenceKey::passageOverlayDurationSeconds) << PreferenceValue(-3.0)
-                                    << 3.0;
+        using V = PreferenceValue;
+        const QString interval = PreferenceKey::notificationIntervalHours;
+        QTest::newRow("interval 0 → 4 h") << interval << V(0.0) << 4.0;
+        QTest::newRow("interval -1 → 4 h") << interval << V(qint64(-1)) << 4.0;
+        QTest::newRow("interval 2 (integer)") << interval << V(qint64(2)) << 2.0;
+        QTest::newRow("interval 0.5") << interval << V(0.5) << 0.5;
+        QTest::newRow("interval text") << interval << V(QStringLiteral("soon")) << 4.0;
+        QTest::newRow("interval NaN") << interval << V(qQNaN()) << 4.0;
+        QTest::newRow("word 2.5") << QString(PreferenceKey::wordOverlayDurationSeconds) << V(2.5) << 2.5;
+        QTest::newRow("word 0") << QString(PreferenceKey::wordOverlayDurationSeconds) << V(0.0) << 5.0;
+        QTest::newRow("passage -3") << QString(PreferenceKey::passageOverlayDurationSeconds) << V(-3.0) << 3.0;
     }
     void durationsAndIntervalsNotAboveZeroCountAsDefault()
     {
@@ -118,15 +113,13 @@ private Q_SLOTS:
         QTest::addColumn<PreferenceValue>("modifiers");
         QTest::addColumn<quint32>("expectedKey");
         QTest::addColumn<quint32>("expectedModifiers");
-        QTest::newRow("stored") << PreferenceValue(qint64(17)) << PreferenceValue(qint64(6144)) << 17u << 6144u;
-        QTest::newRow("modifier-only") << PreferenceValue(qint64(4294967295)) << PreferenceValue(qint64(4096))
-                                       << 4294967295u << 4096u;
-        QTest::newRow("key not an integer")
-            << PreferenceValue(QStringLiteral("17")) << PreferenceValue(qint64(256)) << 49u << 256u;
-        QTest::newRow("key a double") << PreferenceValue(17.0) << PreferenceValue(qint64(256)) << 49u << 256u;
-        QTest::newRow("key negative") << PreferenceValue(qint64(-1)) << PreferenceValue(qint64(256)) << 49u << 2048u;
-        QTest::newRow("mask too large") << PreferenceValue(qint64(17)) << PreferenceValue(qint64(4294967296)) << 49u
-                                        << 2048u;
+        using V = PreferenceValue;
+        QTest::newRow("stored") << V(qint64(17)) << V(qint64(6144)) << 17u << 6144u;
+        QTest::newRow("modifier-only") << V(qint64(4294967295)) << V(qint64(4096)) << 4294967295u << 4096u;
+        QTest::newRow("key not an integer") << V(QStringLiteral("17")) << V(qint64(256)) << 49u << 256u;
+        QTest::newRow("key a double") << V(17.0) << V(qint64(256)) << 49u << 256u;
+        QTest::newRow("key negative") << V(qint64(-1)) << V(qint64(256)) << 49u << 2048u;
+        QTest::newRow("mask too large") << V(qint64(17)) << V(qint64(4294967296)) << 49u << 2048u;
     }
     void hotkeyFallsBackWhenNotAnIntegerOrOutOfRange()
     {
