@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The word and the selection the accessibility tree gives.
 #include "core/capture/AXHoverInspector.h"
+#include "core/capture/SelectedText.h"
 #include "fakes/FakePlatform.h"
 
 #include <QTest>
@@ -123,6 +125,24 @@ private Q_SLOTS:
         // The index counts user-perceived characters, not code units.
         const QString emoji = QStringLiteral("👍🏽 Nice. Again here.");
         QCOMPARE(AXHoverInspector::sentenceContaining(9, emoji), QStringLiteral("Again here."));
+    }
+
+    void readsTheFocusedElementsSelectionAsIs()
+    {
+        FakeAccessibilityService service;
+        QCOMPARE(selectedText(service), std::nullopt);
+
+        auto focused = std::make_shared<FakeAccessibleElement>();
+        service.focused = focused;
+        QCOMPARE(selectedText(service), std::nullopt);
+
+        // Trimming is the caller's business: whitespace-only selections come back whole.
+        focused->selection = QStringLiteral("  a passage\n");
+        QCOMPARE(selectedText(service), QStringLiteral("  a passage\n"));
+        // The element under the pointer plays no part.
+        service.elementUnderPointer = std::make_shared<FakeAccessibleElement>();
+        QCOMPARE(selectedText(service), QStringLiteral("  a passage\n"));
+        QVERIFY(service.pointsAsked.isEmpty());
     }
 };
 

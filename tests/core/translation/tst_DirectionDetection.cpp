@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/translation/DirectionDetection.h"
 #include "core/translation/LanguageTable.h"
+#include "core/translation/PartOfSpeech.h"
 #include "fakes/FakePlatform.h"
 
 #include <QTest>
@@ -17,6 +18,19 @@ LanguageHypotheses hypotheses(const QString& dominant, double english, const QSt
     result.probability.insert(target, other);
     return result;
 }
+
+// Remembers where it was asked to look.
+class RecordingTagger final : public LexicalTagger
+{
+public:
+    mutable QList<std::tuple<QString, qsizetype, qsizetype>> calls;
+    std::optional<LexicalClass> answer = LexicalClass::noun;
+    std::optional<LexicalClass> lexicalClass(const QString& sentence, qsizetype start, qsizetype length) const override
+    {
+        calls.append({sentence, start, length});
+        return answer;
+    }
+};
 
 } // namespace
 
@@ -116,6 +130,31 @@ private Q_SLOTS:
                  std::nullopt);
         QCOMPARE(pronunciationReading(QStringLiteral("\u4E2D"), QStringLiteral("zh-Hans"), transliterator),
                  std::nullopt);
+    }
+
+    void looksAtTheFirstCaseInsensitiveOccurrence()
+    {
+        RecordingTagger tagger;
+        QCOMPARE(partOfSpeechOf(QStringLiteral("can"), QStringLiteral("Can I open the can?"), tagger),
+                 QStringLiteral("n."));
+        QCOMPARE(tagger.calls.size(), 1);
+        QCOMPARE(std::get<1>(tagger.calls.first()), 0);
+        QCOMPARE(std::get<2>(tagger.calls.first()), 3);
+
+        // Without a sentence the word is tagged alone.
+        tagger.answer = LexicalClass::determiner;
+        QCOMPARE(partOfSpeechOf(QStringLiteral("every"), std::nullopt, tagger), QStringLiteral("det."));
+        QCOMPARE(std::get<0>(tagger.calls.last()), QStringLiteral("every"));
+    }
+
+    void nothingWhenTheWordIsMissingOrHasNoClass()
+    {
+        RecordingTagger tagger;
+        QCOMPARE(partOfSpeechOf(QStringLiteral("dog"), QStringLiteral("The cat sleeps."), tagger), std::nullopt);
+        QVERIFY(tagger.calls.isEmpty());
+        QCOMPARE(partOfSpeechOf(QString(), QStringLiteral("The cat sleeps."), tagger), std::nullopt);
+        tagger.answer = std::nullopt;
+        QCOMPARE(partOfSpeechOf(QStringLiteral("wow"), QStringLiteral("Wow!"), tagger), std::nullopt);
     }
 };
 
