@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace tolvane;
+Q_DECLARE_METATYPE(tolvane::PreferenceValue)
 
 namespace {
 
@@ -56,38 +57,34 @@ private Q_SLOTS:
         QCOMPARE(counts.last().first().toLongLong(), 26);
     }
 
-    void aMilestoneAlreadyShownIsNotShownAgainAfterTheCountIsSetBack()
+    void theStoredListDecidesWhatIsShownAgain_data()
     {
-        Fixture f;
-        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 99);
-        f.preferences.setIntegerArray(PreferenceKey::shownLookupMilestones, {25, 100});
-        auto manager = f.make();
-        f.lookUp(*manager, 1);
-        QVERIFY(f.celebrated.isEmpty());
-        QCOMPARE(f.preferences.successfulWordLookupCount(), 100);
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<PreferenceValue>("shown");
+        QTest::addColumn<int>("celebrations");
+        QTest::addColumn<QList<qint64>>("shownAfter");
+        // The count was set back, but 100 was celebrated already.
+        QTest::newRow("shown already") << qint64(99) << PreferenceValue(QList<qint64>{25, 100}) << 0
+                                       << QList<qint64>{25, 100};
+        QTest::newRow("kept ascending and unique")
+            << qint64(249) << PreferenceValue(QList<qint64>{1000, 25, 25}) << 1 << QList<qint64>{25, 250, 1000};
+        QTest::newRow("wrong type counts as empty")
+            << qint64(499) << PreferenceValue(QStringLiteral("25,100")) << 1 << QList<qint64>{500};
     }
-
-    void shownMilestonesStayAscendingAndUnique()
+    void theStoredListDecidesWhatIsShownAgain()
     {
+        QFETCH(qint64, count);
+        QFETCH(PreferenceValue, shown);
+        QFETCH(int, celebrations);
+        QFETCH(QList<qint64>, shownAfter);
         Fixture f;
-        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 249);
-        f.preferences.setIntegerArray(PreferenceKey::shownLookupMilestones, {1000, 25, 25});
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, count);
+        f.store.set(PreferenceKey::shownLookupMilestones, shown);
         auto manager = f.make();
         f.lookUp(*manager, 1);
-        QCOMPARE(f.celebrated.size(), 1);
-        QCOMPARE(f.preferences.shownLookupMilestones(), (QList<qint64>{25, 250, 1000}));
-    }
-
-    void aStoredListOfTheWrongTypeCountsAsEmpty()
-    {
-        Fixture f;
-        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, 499);
-        f.preferences.setString(PreferenceKey::shownLookupMilestones, QStringLiteral("25,100"));
-        auto manager = f.make();
-        QVERIFY(manager->shownMilestones().isEmpty());
-        f.lookUp(*manager, 1);
-        QCOMPARE(f.celebrated.size(), 1);
-        QCOMPARE(f.preferences.shownLookupMilestones(), QList<qint64>{500});
+        QCOMPARE(f.celebrated.size(), celebrations);
+        QCOMPARE(f.preferences.shownLookupMilestones(), shownAfter);
+        QCOMPARE(f.preferences.successfulWordLookupCount(), count + 1);
     }
 
     void everyThresholdIsReachedInOrderFromZeroAndNothingAfterFiveThousand()
