@@ -41,14 +41,6 @@ private Q_SLOTS:
         QCOMPARE(keycapLabels(QStringLiteral("⌥A⌘")), (QStringList{"⌥", "A⌘"}));
     }
 
-    void typingKeys()
-    {
-        for (quint32 code = 0; code <= 50; ++code)
-            QCOMPARE(isTypingKey(code), code != 10);
-        for (quint32 code : {51u, 53u, 96u, 65u, 82u, 122u, 123u, 4294967295u})
-            QVERIFY2(!isTypingKey(code), qPrintable(QString::number(code)));
-    }
-
     void carbonMaskFromEventFlags()
     {
         using namespace EventModifierFlag;
