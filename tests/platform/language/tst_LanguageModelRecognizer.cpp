@@ -3,7 +3,6 @@
 #include "platform/linux/language/LanguageModel.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,24 +33,16 @@ private Q_SLOTS:
                                          << "Wir haben heute Morgen einen Apfel gekauft." << true;
         QTest::newRow("Spanish sentence") << "es"
                                           << "Mañana vamos a comprar pan en la tienda." << true;
-        QTest::newRow("Italian sentence") << "it"
-                                          << "Domani andiamo al mercato a comprare il pane." << true;
-        QTest::newRow("Portuguese sentence") << "pt"
-                                             << "Amanhã vamos comprar pão na padaria." << true;
         QTest::newRow("Russian sentence") << "ru"
                                           << "Завтра мы пойдём в магазин за хлебом." << true;
         QTest::newRow("English sentence, French target") << "fr"
                                                          << "We bought an apple at the market." << false;
-        QTest::newRow("English sentence, Russian target") << "ru"
-                                                          << "We bought an apple at the market." << false;
         QTest::newRow("inflected German noun") << "de"
                                                << "Häuser" << true;
         QTest::newRow("French verb form") << "fr"
                                           << "mangeaient" << true;
         QTest::newRow("missing accents") << "fr"
                                          << "eglise" << true;
-        QTest::newRow("Cyrillic word") << "ru"
-                                       << "собака" << true;
         QTest::newRow("English word, Spanish target") << "es"
                                                       << "breakfast" << false;
         QTest::newRow("misread English word") << "de"
@@ -95,8 +86,6 @@ private Q_SLOTS:
                                   << "zh-Hans";
         QTest::newRow("Hangul") << "도서관에 갑니다"
                                 << "ko";
-        QTest::newRow("Cyrillic") << "библиотека"
-                                  << "ru";
         QTest::newRow("Spanish") << "la biblioteca está cerrada hoy"
                                  << "es";
     }
@@ -127,29 +116,6 @@ private Q_SLOTS:
         // Mixed scripts: the Cyrillic majority wins for Russian.
         QCOMPARE(recognizer.recognize(QStringLiteral("Привет, как дела? ok"), {"en", "ru"}).dominant,
                  QStringLiteral("ru"));
-    }
-
-    void randomTextAlwaysGivesProbabilitiesThatAddUp()
-    {
-        LanguageModelRecognizer recognizer(m_directory);
-        QRandomGenerator random(20240602);
-        const QString alphabet = QStringLiteral("aeiouyns'’-. ÄöüßéçñãАяё\u0301\u4E2D\u3042\uAC00 0") + QChar(0xD83D) +
-                                 QChar(0xDE00) + QChar(0xDC00);
-        const QStringList nine = {"zh-Hans", "fr", "de", "it", "ja", "ko", "pt", "ru", "es"};
-        for (int round = 0; round < 1000; ++round) {
-            QString text;
-            const int length = random.bounded(1, 60);
-            for (int i = 0; i < length; ++i)
-                text.append(alphabet.at(random.bounded(alphabet.size())));
-            const LanguageHypotheses answer = recognizer.recognize(text, round % 2 ? nine : QStringList{"en", "de"});
-            if (answer.dominant.isEmpty())
-                continue;
-            double sum = 0;
-            for (double p : answer.probability)
-                sum += p;
-            QVERIFY2(qAbs(sum - 1.0) < 1e-6, qPrintable(text));
-            QVERIFY(answer.probability.contains(answer.dominant));
-        }
     }
 
     void threadsCanShareOneRecognizer()
