@@ -28,15 +28,9 @@ private Q_SLOTS:
         QCOMPARE(run({"detect", "--target"}).first, 2);
     }
 
-    void readingPrintsTheReadingOrNothing()
+    void readingAndPosPrintTheirAnswer()
     {
         QCOMPARE(run({"reading", "--target", "ja", "図書館"}), qMakePair(0, QStringLiteral("としょかん\n")));
-        QCOMPARE(run({"reading", "--target", "zh-Hans", "图书馆"}), qMakePair(0, QStringLiteral("tú shū guǎn\n")));
-        QCOMPARE(run({"reading", "--target", "ja", "ひらがな"}), qMakePair(0, QString()));
-    }
-
-    void posPrintsTheAbbreviationOrNothing()
-    {
         QCOMPARE(run({"pos", "They will paint the fence.", "paint"}), qMakePair(0, QStringLiteral("v.\n")));
         QCOMPARE(run({"pos", "only one argument"}).first, 2);
     }
