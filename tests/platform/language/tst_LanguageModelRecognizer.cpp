@@ -27,26 +27,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("isTarget");
-        QTest::newRow("French sentence") << "fr"
-                                         << "Nous avons mangé une pomme au marché ce matin." << true;
-        QTest::newRow("German sentence") << "de"
-                                         << "Wir haben heute Morgen einen Apfel gekauft." << true;
-        QTest::newRow("Spanish sentence") << "es"
-                                          << "Mañana vamos a comprar pan en la tienda." << true;
-        QTest::newRow("Russian sentence") << "ru"
-                                          << "Завтра мы пойдём в магазин за хлебом." << true;
-        QTest::newRow("English sentence, French target") << "fr"
-                                                         << "We bought an apple at the market." << false;
-        QTest::newRow("inflected German noun") << "de"
-                                               << "Häuser" << true;
-        QTest::newRow("French verb form") << "fr"
-                                          << "mangeaient" << true;
-        QTest::newRow("missing accents") << "fr"
-                                         << "eglise" << true;
-        QTest::newRow("English word, Spanish target") << "es"
-                                                      << "breakfast" << false;
-        QTest::newRow("misread English word") << "de"
-                                              << "rnoming" << false;
+        const std::tuple<const char*, const char*, const char*, bool> rows[] = {
+            {"French sentence", "fr", "Nous avons mangé une pomme au marché ce matin.", true},
+            {"German sentence", "de", "Wir haben heute Morgen einen Apfel gekauft.", true},
+            {"Spanish sentence", "es", "Mañana vamos a comprar pan en la tienda.", true},
+            {"Russian sentence", "ru", "Завтра мы пойдём в магазин за хлебом.", true},
+            {"English sentence, French target", "fr", "We bought an apple at the market.", false},
+            {"inflected German noun", "de", "Häuser", true},
+            {"French verb form", "fr", "mangeaient", true},
+            {"missing accents", "fr", "eglise", true},
+            {"English word, Spanish target", "es", "breakfast", false},
+            {"misread English word", "de", "rnoming", false},
+        };
+        for (const auto& [name, target, text, isTarget] : rows)
+            QTest::newRow(name) << QString::fromUtf8(target) << QString::fromUtf8(text) << isTarget;
     }
 
     void sentencesAndWordsGoToTheirLanguage()
@@ -78,16 +72,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("kana") << "ありがとうございます"
-                              << "ja";
-        QTest::newRow("kanji with kana") << "図書館に行きます"
-                                         << "ja";
-        QTest::newRow("Han only") << "图书馆"
-                                  << "zh-Hans";
-        QTest::newRow("Hangul") << "도서관에 갑니다"
-                                << "ko";
-        QTest::newRow("Spanish") << "la biblioteca está cerrada hoy"
-                                 << "es";
+        const std::tuple<const char*, const char*, const char*> rows[] = {
+            {"kana", "ありがとうございます", "ja"},
+            {"kanji with kana", "図書館に行きます", "ja"},
+            {"Han only", "图书馆", "zh-Hans"},
+            {"Hangul", "도서관에 갑니다", "ko"},
+            {"Spanish", "la biblioteca está cerrada hoy", "es"},
+        };
+        for (const auto& [name, text, expected] : rows)
+            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(expected);
     }
 
     void scriptsDecideAmongNineLanguages()

@@ -30,40 +30,26 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sentence");
         QTest::addColumn<QString>("word");
         QTest::addColumn<int>("expected");
-        const int noun = int(LexicalClass::noun), verb = int(LexicalClass::verb), adj = int(LexicalClass::adjective),
-                  adv = int(LexicalClass::adverb), prep = int(LexicalClass::preposition),
-                  conj = int(LexicalClass::conjunction), pron = int(LexicalClass::pronoun),
-                  det = int(LexicalClass::determiner);
-        QTest::newRow("noun after a determiner") << "The cook was angry."
-                                                 << "cook" << noun;
-        QTest::newRow("verb after a modal") << "We will cook dinner tonight."
-                                            << "cook" << verb;
-        QTest::newRow("verb after a subject pronoun") << "They paint houses in summer."
-                                                      << "paint" << verb;
-        QTest::newRow("imperative") << "Please warm the milk."
-                                    << "warm" << verb;
-        QTest::newRow("adjective after be") << "This coat is warm."
-                                            << "warm" << adj;
-        QTest::newRow("regular plural") << "The drinks were cold."
-                                        << "drinks" << noun;
-        QTest::newRow("third person verb") << "He drinks coffee every morning."
-                                           << "drinks" << verb;
-        QTest::newRow("irregular past") << "She took the bus."
-                                        << "took" << verb;
-        QTest::newRow("adverb in -ly") << "She opened the window slowly."
-                                       << "slowly" << adv;
-        QTest::newRow("preposition") << "Under the bridge lived a troll."
-                                     << "Under" << prep;
-        QTest::newRow("conjunction") << "But she did not answer."
-                                     << "But" << conj;
-        QTest::newRow("possessive determiner") << "Our teacher gave us a test."
-                                               << "Our" << det;
-        QTest::newRow("pronoun standing alone") << "The phone is his."
-                                                << "his" << pron;
-        QTest::newRow("subordinating before") << "Eat something before you go."
-                                              << "before" << conj;
-        QTest::newRow("curly apostrophe") << "They don’t swim."
-                                          << "swim" << verb;
+        using enum LexicalClass;
+        const std::tuple<const char*, const char*, const char*, LexicalClass> rows[] = {
+            {"noun after a determiner", "The cook was angry.", "cook", noun},
+            {"verb after a modal", "We will cook dinner tonight.", "cook", verb},
+            {"verb after a subject pronoun", "They paint houses in summer.", "paint", verb},
+            {"imperative", "Please warm the milk.", "warm", verb},
+            {"adjective after be", "This coat is warm.", "warm", adjective},
+            {"regular plural", "The drinks were cold.", "drinks", noun},
+            {"third person verb", "He drinks coffee every morning.", "drinks", verb},
+            {"irregular past", "She took the bus.", "took", verb},
+            {"adverb in -ly", "She opened the window slowly.", "slowly", adverb},
+            {"preposition", "Under the bridge lived a troll.", "Under", preposition},
+            {"conjunction", "But she did not answer.", "But", conjunction},
+            {"possessive determiner", "Our teacher gave us a test.", "Our", determiner},
+            {"pronoun standing alone", "The phone is his.", "his", pronoun},
+            {"subordinating before", "Eat something before you go.", "before", conjunction},
+            {"curly apostrophe", "They don’t swim.", "swim", verb},
+        };
+        for (const auto& [name, sentence, word, expected] : rows)
+            QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
     }
 
     void wordsTakeTheirClassFromTheirNeighbours()
