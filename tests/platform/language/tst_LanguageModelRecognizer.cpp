@@ -3,7 +3,6 @@
 #include "platform/linux/language/LanguageModel.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,34 +27,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("target");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("isTarget");
-        QTest::newRow("French sentence") << "fr"
-                                         << "Nous avons mangé une pomme au marché ce matin." << true;
-        QTest::newRow("German sentence") << "de"
-                                         << "Wir haben heute Morgen einen Apfel gekauft." << true;
-        QTest::newRow("Spanish sentence") << "es"
-                                          << "Mañana vamos a comprar pan en la tienda." << true;
-        QTest::newRow("Italian sentence") << "it"
-                                          << "Domani andiamo al mercato a comprare il pane." << true;
-        QTest::newRow("Portuguese sentence") << "pt"
-                                             << "Amanhã vamos comprar pão na padaria." << true;
-        QTest::newRow("Russian sentence") << "ru"
-                                          << "Завтра мы пойдём в магазин за хлебом." << true;
-        QTest::newRow("English sentence, French target") << "fr"
-                                                         << "We bought an apple at the market." << false;
-        QTest::newRow("English sentence, Russian target") << "ru"
-                                                          << "We bought an apple at the market." << false;
-        QTest::newRow("inflected German noun") << "de"
-                                               << "Häuser" << true;
-        QTest::newRow("French verb form") << "fr"
-                                          << "mangeaient" << true;
-        QTest::newRow("missing accents") << "fr"
-                                         << "eglise" << true;
-        QTest::newRow("Cyrillic word") << "ru"
-                                       << "собака" << true;
-        QTest::newRow("English word, Spanish target") << "es"
-                                                      << "breakfast" << false;
-        QTest::newRow("misread English word") << "de"
-                                              << "rnoming" << false;
+        const std::tuple<const char*, const char*, const char*, bool> rows[] = {
+            {"French sentence", "fr", "Nous avons mangé une pomme au marché ce matin.", true},
+            {"German sentence", "de", "Wir haben heute Morgen einen Apfel gekauft.", true},
+            {"Spanish sentence", "es", "Mañana vamos a comprar pan en la tienda.", true},
+            {"Russian sentence", "ru", "Завтра мы пойдём в магазин за хлебом.", true},
+            {"English sentence, French target", "fr", "We bought an apple at the market.", false},
+            {"inflected German noun", "de", "Häuser", true},
+            {"French verb form", "fr", "mangeaient", true},
+            {"missing accents", "fr", "eglise", true},
+            {"English word, Spanish target", "es", "breakfast", false},
+            {"misread English word", "de", "rnoming", false},
+        };
+        for (const auto& [name, target, text, isTarget] : rows)
+            QTest::newRow(name) << QString::fromUtf8(target) << QString::fromUtf8(text) << isTarget;
     }
 
     void sentencesAndWordsGoToTheirLanguage()
@@ -87,18 +72,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("kana") << "ありがとうございます"
-                              << "ja";
-        QTest::newRow("kanji with kana") << "図書館に行きます"
-                                         << "ja";
-        QTest::newRow("Han only") << "图书馆"
-                                  << "zh-Hans";
-        QTest::newRow("Hangul") << "도서관에 갑니다"
-                                << "ko";
-        QTest::newRow("Cyrillic") << "библиотека"
-                                  << "ru";
-        QTest::newRow("Spanish") << "la biblioteca está cerrada hoy"
-                                 << "es";
+        const std::tuple<const char*, const char*, const char*> rows[] = {
+            {"kana", "ありがとうございます", "ja"},
+            {"kanji with kana", "図書館に行きます", "ja"},
+            {"Han only", "图书馆", "zh-Hans"},
+            {"Hangul", "도서관에 갑니다", "ko"},
+            {"Spanish", "la biblioteca está cerrada hoy", "es"},
+        };
+        for (const auto& [name, text, expected] : rows)
+            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(expected);
     }
 
     void scriptsDecideAmongNineLanguages()
@@ -127,29 +109,6 @@ private Q_SLOTS:
         // Mixed scripts: the Cyrillic majority wins for Russian.
         QCOMPARE(recognizer.recognize(QStringLiteral("Привет, как дела? ok"), {"en", "ru"}).dominant,
                  QStringLiteral("ru"));
-    }
-
-    void randomTextAlwaysGivesProbabilitiesThatAddUp()
-    {
-        LanguageModelRecognizer recognizer(m_directory);
-        QRandomGenerator random(20240602);
-        const QString alphabet = QStringLiteral("aeiouyns'’-. ÄöüßéçñãАяё\u0301\u4E2D\u3042\uAC00 0") + QChar(0xD83D) +
-                                 QChar(0xDE00) + QChar(0xDC00);
-        const QStringList nine = {"zh-Hans", "fr", "de", "it", "ja", "ko", "pt", "ru", "es"};
-        for (int round = 0; round < 1000; ++round) {
-            QString text;
-            const int length = random.bounded(1, 60);
-            for (int i = 0; i < length; ++i)
-                text.append(alphabet.at(random.bounded(alphabet.size())));
-            const LanguageHypotheses answer = recognizer.recognize(text, round % 2 ? nine : QStringList{"en", "de"});
-            if (answer.dominant.isEmpty())
-                continue;
-            double sum = 0;
-            for (double p : answer.probability)
-                sum += p;
-            QVERIFY2(qAbs(sum - 1.0) < 1e-6, qPrintable(text));
-            QVERIFY(answer.probability.contains(answer.dominant));
-        }
     }
 
     void threadsCanShareOneRecognizer()
@@ -183,20 +142,17 @@ private Q_SLOTS:
         const LanguageHypotheses answer = withoutModels.recognize(QStringLiteral("bonjour"), {"en", "fr"});
         QVERIFY(answer.probability.value(QStringLiteral("fr")) < 0.6);
 
-        QFile damaged(empty.filePath(QStringLiteral("fr.langmodel")));
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write(QByteArray(4096, 'x'));
-        damaged.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Not a language model")));
-        QVERIFY(!LanguageModel::open(damaged.fileName()));
-
-        QFile truncated(empty.filePath(QStringLiteral("de.langmodel")));
+        // Noise, and a real model cut short.
         QFile original(m_directory + QStringLiteral("/de.langmodel"));
-        QVERIFY(original.open(QIODevice::ReadOnly) && truncated.open(QIODevice::WriteOnly));
-        truncated.write(original.read(100000));
-        truncated.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Not a language model")));
-        QVERIFY(!LanguageModel::open(truncated.fileName()));
+        QVERIFY(original.open(QIODevice::ReadOnly));
+        for (const QByteArray& content : {QByteArray(4096, 'x'), original.read(100000)}) {
+            QFile damaged(empty.filePath(QStringLiteral("fr.langmodel")));
+            QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            damaged.write(content);
+            damaged.close();
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Not a language model")));
+            QVERIFY(!LanguageModel::open(damaged.fileName()));
+        }
     }
 
 private:

@@ -43,9 +43,7 @@ gboolean report(gpointer)
 {
     const std::string text(sentence);
     printLabelCharacter("label-world", int(text.find("world")) + 2);
-    printLabelCharacter("label-quick", int(text.find("quick")) + 1);
     printViewPoint("view-quick", int(text.find("quick")) + 2, 0);
-    printViewPoint("view-fox", int(text.find("fox")) + 1, 0);
     // Far right of the first line's last character: empty space, no character there.
     printViewPoint("view-after-line", int(text.size()) - 1, 200);
     printViewPoint("view-second-line", int(text.size()) + 3, 0);

@@ -118,7 +118,6 @@ int main(int argc, char** argv)
                 return edit->viewport()->mapToGlobal(QPoint((before.x() + after.x()) / 2, before.center().y()));
             };
             print("edit-quick", charCentre(QStringLiteral("quick"), 2), edit);
-            print("edit-world", charCentre(QStringLiteral("world"), 1), edit);
             print("edit-naive", charCentre(QStringLiteral("naïve"), 4), edit);
             print("button", button->mapToGlobal(button->rect().center()), button);
         }

@@ -172,14 +172,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("script");
         QTest::addColumn<int>("firings");
         QTest::newRow("⌃, ⌃⌥, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keyup ctrl+alt" << 1;
-        QTest::newRow("⌃, ⌃⌥, ⌃⌥⇧, none")
-            << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keydown shift sleep 0.3 keyup ctrl+alt+shift" << 0;
         QTest::newRow("⌃, ⌃⌥, ⌃, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keyup alt sleep 0.3 keyup ctrl"
                                         << 0;
         QTest::newRow("⌃, ⌃⌥, ⌃⌥⇧, ⌃⌥, none") << "keydown ctrl sleep 0.3 keydown alt sleep 0.3 keydown shift "
                                                  "sleep 0.3 keyup shift sleep 0.3 keyup ctrl+alt"
                                               << 1;
-        QTest::newRow("⌥ alone") << "keydown alt sleep 0.3 keyup alt" << 0;
     }
     void modifierOnlyFiresForTheExactLastSet()
     {
@@ -190,15 +187,6 @@ private Q_SLOTS:
         QVERIFY(xdotool(script));
         QCOMPARE(rig.presses.size(), firings);
         QCOMPARE(rig.releases.size(), firings);
-    }
-
-    void modifierOnlyStopsWithUnregister()
-    {
-        Rig rig;
-        QVERIFY(rig.manager->updateHotkey(modifierOnly, control | shift));
-        rig.manager->unregisterHotkey();
-        QVERIFY(xdotool(QStringLiteral("keydown ctrl+shift sleep 0.2 keyup ctrl+shift")));
-        QVERIFY(rig.presses.isEmpty());
     }
 
     void conflictProbeLeavesNoGrab()
@@ -224,21 +212,14 @@ private Q_SLOTS:
             QCOMPARE(tryGrab('k', xControlAlt), 1); // ours
             rig.manager->unregisterHotkey();
             QCOMPARE(tryGrab('k', xControlAlt), 0);
+            // A modifier-only hotkey holds no grab but watches the keyboard: that stops too.
+            QVERIFY(rig.manager->updateHotkey(modifierOnly, control | shift));
+            rig.manager->unregisterHotkey();
+            QVERIFY(xdotool(QStringLiteral("keydown ctrl+shift sleep 0.2 keyup ctrl+shift")));
+            QVERIFY(rig.presses.isEmpty());
             QVERIFY(rig.manager->updateHotkey(keyK, control | option));
         }
         QCOMPARE(tryGrab('k', xControlAlt), 0);
-    }
-
-    void desktopShortcutHeldByTheWindowManager()
-    {
-        // The window manager of the test desktop binds Alt+Space to its window menu.
-        Rig rig;
-        if (tryGrab(' ', 8) == 0)
-            QSKIP("the window manager does not hold Alt+Space here");
-        QVERIFY(!rig.manager->updateHotkey(49, option));
-        QCOMPARE(rig.manager->registrationErrorText(),
-                 QStringLiteral("The desktop could not register this hotkey because it is already in use. Choose a "
-                                "different combination."));
     }
 
     void keyboardMappingChangeMovesTheGrab()

@@ -14,10 +14,7 @@
 #include "platform/null/MemoryPreferenceStore.h"
 
 #include <QDBusConnectionInterface>
-#include <QDir>
-#include <QGuiApplication>
 #include <QProcess>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -195,10 +192,7 @@ private Q_SLOTS:
         QVERIFY2(hasLabel(contents, card.sourceText), "the word is shown as typed");
         QVERIFY2(hasLabel(contents, card.translation), "the translation is shown as typed, not as markup");
 
-        const Found knowIt = *button(contents, QStringLiteral("I know this"));
-        saveScreenshot(notificationArea(contents, knowIt.extents));
-
-        click(knowIt.extents.center());
+        click(button(contents, QStringLiteral("I know this"))->extents.center());
         QTRY_VERIFY_WITH_TIMEOUT(deck.cards().first().status == CardStatus::knowIt, 10000);
         // The answer is in review_deck.json, not only in memory.
         const ReviewCard answered = storedCard(dir.path(), card.id);
@@ -234,32 +228,6 @@ private:
                                    {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
                                     QStringLiteral("click"), QStringLiteral("1")}),
                  0);
-    }
-
-    // The outermost part of the server's display that holds the button: the notification itself.
-    static QRect notificationArea(const QList<Found>& contents, const QRect& button)
-    {
-        QRect best = button;
-        for (const Found& f : contents) {
-            if (f.extents.contains(button) && f.extents.width() * f.extents.height() > best.width() * best.height())
-                best = f.extents;
-        }
-        return best.adjusted(-12, -12, 12, 12);
-    }
-
-    // The notification as people see it.
-    static void saveScreenshot(const QRect& notification)
-    {
-        QScreen* screen = QGuiApplication::primaryScreen();
-        if (!screen)
-            return;
-        QTest::qWait(500); // let the server finish placing and painting the window
-        const QRect area = notification.intersected(screen->geometry());
-        const QString folder = QStringLiteral(TOLVANE_BINARY_DIR) + QStringLiteral("/x11-artifacts");
-        QDir().mkpath(folder);
-        const QString file = folder + QStringLiteral("/reminder.png");
-        if (screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()).save(file))
-            qInfo("Saved %s", qPrintable(file));
     }
 };
 
