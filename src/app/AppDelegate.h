@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/InstanceCommands.h"
+
 #include <QObject>
 #include <QString>
 
@@ -44,6 +46,8 @@ public:
     ConfusionLogStore& confusionLog() const { return *m_confusionLog; }
     LookupMilestoneManager& milestones() const { return *m_milestones; }
     HotkeyManager& hotkeys() const { return *m_hotkeys; }
+    // What `tolvane open NAME` and `tolvane lookup` reach; each feature adds its entries.
+    InstanceCommands& commands() { return m_commands; }
 
 Q_SIGNALS:
     // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
@@ -69,6 +73,7 @@ private:
     std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
+    InstanceCommands m_commands;
 };
 
 } // namespace tolvane

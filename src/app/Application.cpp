@@ -39,6 +39,7 @@ int runApplication(int argc, char** argv)
     Preferences preferences(*services.preferences);
 
     AppDelegate delegate(services, preferences, clock, scheduler, recordsDirectory());
+    instance.setCommandHandler([&delegate](const QStringList& words) { return delegate.commands().handle(words); });
     QObject::connect(&instance, &SingleInstance::activationRequested, &delegate,
                      [] { qCInfo(lcApplication) << "Another start was attempted; this instance keeps running"; });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::applicationWillTerminate);

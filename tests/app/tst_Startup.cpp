@@ -2,6 +2,7 @@
 // The executable as a user meets it: the command line without a display, one instance per user,
 // and the start-up steps that must run before anything reads a preference.
 #include "app/AppDelegate.h"
+#include "app/InstanceCommands.h"
 #include "app/SingleInstance.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
@@ -10,9 +11,11 @@
 #include "fakes/FakeScheduler.h"
 
 #include <QApplication>
+#include <QFuture>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtConcurrent/QtConcurrentRun>
 
 using namespace tolvane;
 
@@ -23,6 +26,9 @@ const QString binary = QStringLiteral(TOLVANE_BINARY_DIR "/src/tolvane");
 QProcessEnvironment withoutDisplay()
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    // Commands for a running Tolvane must find none, whatever else runs on this machine.
+    env.insert(QStringLiteral("TOLVANE_INSTANCE_NAME"),
+               QStringLiteral("tolvane-nobody-%1").arg(QCoreApplication::applicationPid()));
     env.remove(QStringLiteral("DISPLAY"));
     env.remove(QStringLiteral("WAYLAND_DISPLAY"));
     env.remove(QStringLiteral("QT_QPA_PLATFORM"));
@@ -37,20 +43,27 @@ class TestStartup : public QObject
 private Q_SLOTS:
     void theCommandLineNeedsNoDisplay_data()
     {
-        QTest::addColumn<QString>("argument");
+        QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QByteArray>("said");
-        QTest::newRow("version") << "--version" << 0 << QByteArray("Tolvane ");
-        QTest::newRow("unknown, refused clearly") << "--frobnicate" << 2 << QByteArray("unknown option --frobnicate");
+        QTest::newRow("version") << QStringList{"--version"} << 0 << QByteArray("Tolvane ");
+        QTest::newRow("unknown, refused clearly")
+            << QStringList{"--frobnicate"} << 2 << QByteArray("unknown option --frobnicate");
+        QTest::newRow("open: an unknown window is a usage error")
+            << QStringList{"open", "nowhere"} << 2 << QByteArray("usage: tolvane open settings|");
+        QTest::newRow("open: no Tolvane running")
+            << QStringList{"open", "settings"} << 1 << QByteArray("Tolvane is not running");
+        QTest::newRow("lookup: no Tolvane running")
+            << QStringList{"lookup"} << 1 << QByteArray("Tolvane is not running");
     }
     void theCommandLineNeedsNoDisplay()
     {
-        QFETCH(QString, argument);
+        QFETCH(QStringList, arguments);
         QFETCH(int, exitCode);
         QFETCH(QByteArray, said);
         QProcess process;
         process.setProcessEnvironment(withoutDisplay());
-        process.start(binary, {argument});
+        process.start(binary, arguments);
         QVERIFY(process.waitForFinished(10000));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), exitCode);
@@ -69,6 +82,34 @@ private Q_SLOTS:
         SingleInstance second(name);
         QVERIFY(!second.claim());
         QTRY_COMPARE(activations, 1);
+    }
+
+    void commandsReachTheRunningInstanceAndEveryOneIsAnswered()
+    {
+        const QString name = QStringLiteral("tolvane-commands-%1").arg(QCoreApplication::applicationPid());
+        SingleInstance running(name);
+        QVERIFY(running.claim());
+        InstanceCommands commands;
+        int settingsOpened = 0;
+        commands.addWindow(QStringLiteral("settings"), [&] { ++settingsOpened; });
+        running.setCommandHandler([&](const QStringList& words) { return commands.handle(words); });
+        // The sender blocks on its socket, so it runs on a thread of its own while this one answers.
+        const auto sent = [&](const QStringList& words) {
+            QFuture<Result<void>> future = QtConcurrent::run([&] { return SingleInstance::send(name, words); });
+            while (!future.isFinished())
+                QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+            return future.result();
+        };
+        QVERIFY(sent({QStringLiteral("open"), QStringLiteral("settings")}).ok());
+        QCOMPARE(settingsOpened, 1);
+        // A known name this instance has not wired, a look-up nobody answers, words that mean nothing.
+        QCOMPARE(sent({QStringLiteral("open"), QStringLiteral("stats")}).error().message,
+                 QStringLiteral("Tolvane has no window called \"stats\"."));
+        QCOMPARE(sent({QStringLiteral("lookup")}).error().message, QStringLiteral("Look-ups are not available."));
+        QVERIFY(!sent({QStringLiteral("frobnicate")}).ok());
+        QVERIFY(SingleInstance::send(name + QStringLiteral("-elsewhere"), {QStringLiteral("lookup")})
+                    .error()
+                    .message.startsWith(QStringLiteral("Tolvane is not running")));
     }
 
     void aNameLeftByAnEarlierInstanceCanBeClaimedAgain()
