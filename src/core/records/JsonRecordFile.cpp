@@ -2,16 +2,11 @@
 #include "core/records/JsonRecordFile.h"
 
 #include "core/support/AppPaths.h"
+#include "core/support/AtomicFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonParseError>
-#include <QUuid>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <unistd.h>
 
 namespace tolvane {
 
@@ -20,11 +15,6 @@ namespace {
 // A year of heavy use is a few megabytes; a file this large is not one of ours, and parsing it
 // would take the memory of several times its size.
 constexpr qint64 largestReadableFile = qint64(64) * 1024 * 1024;
-
-QString systemError(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
 
 } // namespace
 
@@ -72,18 +62,15 @@ Result<QJsonArray> JsonRecordFile::parseArray(const QByteArray& json)
 
 void JsonRecordFile::setAside(const Error& problem) const
 {
-    const QString copy = m_path + QStringLiteral(".corrupt-") + RecordJson::uuidText(QUuid::createUuid());
-    // rename(2) moves files and directories alike and never copies; a fresh identifier means no
-    // earlier recovery copy can be in the way.
-    if (std::rename(QFile::encodeName(m_path).constData(), QFile::encodeName(copy).constData()) == 0) {
+    const Result<QString> copy = setFileAside(m_path, recoveryCopySuffix(), SetAside::move);
+    if (copy.ok()) {
         qCWarning(m_log).noquote() << QStringLiteral("Could not decode JSON; preserved the original at %1. Error: %2")
-                                          .arg(copy, problem.message);
+                                          .arg(copy.value(), problem.message);
         return;
     }
-    const QString moveError = systemError(errno);
     qCWarning(m_log).noquote()
         << QStringLiteral("Could not decode JSON or create a recovery copy. Decode error: %1; backup error: %2")
-               .arg(problem.message, moveError);
+               .arg(problem.message, copy.error().message);
 }
 
 void JsonRecordFile::persistBytes(const QByteArray& json) const
@@ -95,29 +82,7 @@ void JsonRecordFile::persistBytes(const QByteArray& json) const
 
 Result<void> JsonRecordFile::write(const QByteArray& json) const
 {
-    const QString temporaryPath = m_path + QStringLiteral(".tmp");
-    QFile file(temporaryPath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return Error{QStringLiteral("%1: %2").arg(temporaryPath, file.errorString())};
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    const auto fail = [&](const QString& what) {
-        file.close();
-        QFile::remove(temporaryPath);
-        return Error{QStringLiteral("%1: %2").arg(temporaryPath, what)};
-    };
-    if (file.write(json) != json.size() || !file.flush())
-        return fail(file.errorString());
-    // Without this, a power cut soon after the rename can leave an empty file in place of both
-    // the old content and the new.
-    if (::fdatasync(file.handle()) != 0)
-        return fail(systemError(errno));
-    file.close();
-    if (std::rename(QFile::encodeName(temporaryPath).constData(), QFile::encodeName(m_path).constData()) != 0) {
-        const QString error = systemError(errno);
-        QFile::remove(temporaryPath);
-        return Error{QStringLiteral("%1: %2").arg(m_path, error)};
-    }
-    return {};
+    return writeFileAtomically(m_path, json);
 }
 
 } // namespace tolvane

@@ -57,8 +57,7 @@ public:
         persistBytes(encodeRecords(records, encodeRecord));
     }
     void persistBytes(const QByteArray& json) const;
-    // The atomic replacement itself: a temporary file beside the real one, flushed to the disk,
-    // then renamed over it, so no reader and no crash ever sees half a file.
+    // The atomic replacement itself (writeFileAtomically).
     Result<void> write(const QByteArray& json) const;
 
     template <typename Record, typename Decode>

@@ -2,6 +2,7 @@
 #include "platform/linux/JsonFilePreferenceStore.h"
 
 #include "core/support/AppPaths.h"
+#include "core/support/AtomicFile.h"
 #include "core/support/Logging.h"
 
 #include <QDir>
@@ -11,9 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QSet>
-#include <QUuid>
 
 #include <cmath>
 
@@ -216,10 +215,7 @@ void JsonFilePreferenceStore::remove(const QString& key)
 
 QString JsonFilePreferenceStore::setAside(bool move)
 {
-    const QString aside =
-        m_path + QStringLiteral(".corrupt-") + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    const bool done = move ? QFile::rename(m_path, aside) : QFile::copy(m_path, aside);
-    return done ? aside : QString();
+    return setFileAside(m_path, recoveryCopySuffix(), move ? SetAside::move : SetAside::copy).valueOr(QString());
 }
 
 void JsonFilePreferenceStore::reload()
@@ -280,13 +276,11 @@ void JsonFilePreferenceStore::persist()
         return;
     }
     const QByteArray text = serialize(storedValues());
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    if (const Result<void> written = writeFileAtomically(m_path, text); !written.ok()) {
         qCWarning(lcPreferenceFile).noquote()
-            << "Failed to save" << m_path << "(" + file.errorString() + "); the change is kept in memory";
+            << "Failed to save" << m_path << "(" + written.error().message + "); the change is kept in memory";
         return;
     }
-    QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner);
     m_lastText = text;
     watch();
 }

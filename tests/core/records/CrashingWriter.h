@@ -83,6 +83,17 @@ inline void report(int fd, char store, qsizetype count)
     ::_exit(0);
 }
 
+// What a write cut short leaves beside a record file: the temporary file it was filling.
+inline QStringList interruptedWriteFiles(const QString& dir)
+{
+    QStringList leftovers;
+    for (const QString& name : QDir(dir).entryList({QStringLiteral("*.json.*")}, QDir::Files)) {
+        if (!name.contains(QStringLiteral(".corrupt-")))
+            leftovers << name;
+    }
+    return leftovers;
+}
+
 inline QByteArray readAll(const QString& path, bool* exists)
 {
     QFile file(path);
@@ -140,7 +151,7 @@ inline Report run(const QString& baseDir, int maxKills, std::chrono::millisecond
             QDir().mkpath(dir);
         }
         // Whatever is left over now is from an earlier kill; what is there after this one is not.
-        for (const QString& leftover : QDir(dir).entryList({QStringLiteral("*.tmp")}, QDir::Files))
+        for (const QString& leftover : interruptedWriteFiles(dir))
             QFile::remove(dir + QLatin1Char('/') + leftover);
         int pipeFds[2];
         if (::pipe(pipeFds) != 0) {
@@ -191,7 +202,7 @@ inline Report run(const QString& baseDir, int maxKills, std::chrono::millisecond
         }
 
         const QDir directory(dir);
-        if (!directory.entryList({QStringLiteral("*.tmp")}, QDir::Files).isEmpty())
+        if (!interruptedWriteFiles(dir).isEmpty())
             ++out.interruptedWrites;
         const QStringList copies = directory.entryList({QStringLiteral("*.corrupt-*")}, QDir::AllEntries);
         if (!copies.isEmpty()) {

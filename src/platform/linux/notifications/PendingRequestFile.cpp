@@ -2,13 +2,13 @@
 #include "platform/linux/notifications/PendingRequestFile.h"
 
 #include "core/support/AppPaths.h"
+#include "core/support/AtomicFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 namespace tolvane {
 
@@ -83,8 +83,7 @@ Result<QList<PendingRequest>> PendingRequestFile::load() const
         !document.object().value(QStringLiteral("requests")).isArray()) {
         // Keep the unreadable file for the user rather than overwriting it at the next change.
         const QString aside = m_path + QStringLiteral(".unreadable");
-        QFile::remove(aside);
-        QFile::rename(m_path, aside);
+        (void)setFileAside(m_path, QStringLiteral(".unreadable"), SetAside::move);
         return Error{QStringLiteral("%1 is not a list of reminders (%2); it was kept as %3")
                          .arg(m_path,
                               parseError.error != QJsonParseError::NoError ? parseError.errorString()
@@ -106,13 +105,11 @@ Result<void> PendingRequestFile::save(const QList<PendingRequest>& requests) con
     QJsonArray entries;
     for (const PendingRequest& pending : requests)
         entries.append(toJson(pending));
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
-        return Error{QStringLiteral("Cannot write %1: %2").arg(m_path, file.errorString())};
-    file.write(QJsonDocument(QJsonObject{{QStringLiteral("version"), 1}, {QStringLiteral("requests"), entries}})
-                   .toJson(QJsonDocument::Compact));
-    if (!file.commit())
-        return Error{QStringLiteral("Cannot write %1: %2").arg(m_path, file.errorString())};
+    const Result<void> written = writeFileAtomically(
+        m_path, QJsonDocument(QJsonObject{{QStringLiteral("version"), 1}, {QStringLiteral("requests"), entries}})
+                    .toJson(QJsonDocument::Compact));
+    if (!written.ok())
+        return Error{QStringLiteral("Cannot write %1").arg(written.error().message)};
     return {};
 }
 
