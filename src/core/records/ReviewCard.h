@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/EnumNames.h"
 #include "core/translation/DetectedDirection.h"
 
 #include <QDateTime>
@@ -17,28 +18,20 @@ enum class CardStatus {
     reviewAgain // answered "Review again", or known but looked up again
 };
 
+inline constexpr EnumNames cardStatusNames{std::array{
+    std::pair{CardStatus::new_, "new"},
+    std::pair{CardStatus::knowIt, "knowIt"},
+    std::pair{CardStatus::reviewAgain, "reviewAgain"},
+}};
+
 inline QString rawValue(CardStatus status)
 {
-    switch (status) {
-    case CardStatus::knowIt:
-        return QStringLiteral("knowIt");
-    case CardStatus::reviewAgain:
-        return QStringLiteral("reviewAgain");
-    case CardStatus::new_:
-        break;
-    }
-    return QStringLiteral("new");
+    return cardStatusNames.text(status);
 }
 
 inline std::optional<CardStatus> cardStatusFromRawValue(const QString& raw)
 {
-    if (raw == QLatin1String("new"))
-        return CardStatus::new_;
-    if (raw == QLatin1String("knowIt"))
-        return CardStatus::knowIt;
-    if (raw == QLatin1String("reviewAgain"))
-        return CardStatus::reviewAgain;
-    return std::nullopt;
+    return cardStatusNames.value(raw);
 }
 
 // One flashcard.

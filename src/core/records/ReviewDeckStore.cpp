@@ -26,19 +26,6 @@ bool isLineBreak(char16_t c)
     return c == 0x000A || c == 0x000B || c == 0x000C || c == 0x000D || c == 0x0085 || c == 0x2028 || c == 0x2029;
 }
 
-QLatin1String statusText(CardStatus status)
-{
-    switch (status) {
-    case CardStatus::knowIt:
-        return QLatin1String("knowIt");
-    case CardStatus::reviewAgain:
-        return QLatin1String("reviewAgain");
-    case CardStatus::new_:
-        break;
-    }
-    return QLatin1String("new");
-}
-
 std::optional<DetectedDirection> directionFromRaw(const QString& raw)
 {
     return detectedDirectionFromRawValue(raw);
@@ -75,11 +62,9 @@ void encodeCard(RecordJson::Writer& writer, const ReviewCard& card)
     writer.member("translation", card.translation);
     writer.optionalMember("targetLanguage", card.targetLanguage);
     if (card.direction)
-        writer.member("direction", *card.direction == DetectedDirection::englishToTarget
-                                       ? QLatin1String("englishToTarget")
-                                       : QLatin1String("targetToEnglish"));
+        writer.member("direction", detectedDirectionNames.text(*card.direction));
     writer.optionalMember("context", card.context);
-    writer.member("status", statusText(card.status));
+    writer.member("status", cardStatusNames.text(card.status));
     writer.member("nextNotificationDate", card.nextNotificationDate);
     writer.optionalMember("lastShownDate", card.lastShownDate);
     writer.member("dateAdded", card.dateAdded);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/EnumNames.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -13,18 +15,19 @@ enum class UsageEventType {
     review  // a flashcard was answered
 };
 
+inline constexpr EnumNames usageEventTypeNames{std::array{
+    std::pair{UsageEventType::lookup, "lookup"},
+    std::pair{UsageEventType::review, "review"},
+}};
+
 inline QString rawValue(UsageEventType type)
 {
-    return type == UsageEventType::lookup ? QStringLiteral("lookup") : QStringLiteral("review");
+    return usageEventTypeNames.text(type);
 }
 
 inline std::optional<UsageEventType> usageEventTypeFromRawValue(const QString& raw)
 {
-    if (raw == QLatin1String("lookup"))
-        return UsageEventType::lookup;
-    if (raw == QLatin1String("review"))
-        return UsageEventType::review;
-    return std::nullopt;
+    return usageEventTypeNames.value(raw);
 }
 
 struct UsageEvent

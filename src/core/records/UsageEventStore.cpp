@@ -24,7 +24,7 @@ UsageEvent decodeEvent(RecordJson::Reader& reader)
 
 void encodeEvent(RecordJson::Writer& writer, const UsageEvent& event)
 {
-    writer.member("type", event.type == UsageEventType::lookup ? QLatin1String("lookup") : QLatin1String("review"));
+    writer.member("type", usageEventTypeNames.text(event.type));
     writer.member("date", event.date);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/review/NotificationScheduler.h"
+#include "core/support/EnumNames.h"
 
 #include "core/setup/Preferences.h"
 #include "core/support/Logging.h"
@@ -17,17 +18,15 @@ namespace tolvane {
 
 namespace {
 
+constexpr EnumNames authorizationNames{std::array{
+    std::pair{NotificationAuthorization::notDetermined, "notDetermined"},
+    std::pair{NotificationAuthorization::authorized, "authorized"},
+    std::pair{NotificationAuthorization::denied, "denied"},
+}};
+
 QString authorizationText(NotificationAuthorization status)
 {
-    switch (status) {
-    case NotificationAuthorization::authorized:
-        return QStringLiteral("authorized");
-    case NotificationAuthorization::denied:
-        return QStringLiteral("denied");
-    case NotificationAuthorization::notDetermined:
-        break;
-    }
-    return QStringLiteral("notDetermined");
+    return authorizationNames.text(status);
 }
 
 void printToStandardOutput(const QString& line)

@@ -1,28 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/setup/AppearanceMode.h"
 
+#include "core/support/EnumNames.h"
+
 namespace tolvane {
+
+namespace {
+constexpr EnumNames appearanceModeNames{std::array{
+    std::pair{AppearanceMode::system, "system"},
+    std::pair{AppearanceMode::light, "light"},
+    std::pair{AppearanceMode::dark, "dark"},
+}};
+} // namespace
 
 QString rawValue(AppearanceMode mode)
 {
-    switch (mode) {
-    case AppearanceMode::light:
-        return QStringLiteral("light");
-    case AppearanceMode::dark:
-        return QStringLiteral("dark");
-    case AppearanceMode::system:
-        break;
-    }
-    return QStringLiteral("system");
+    return appearanceModeNames.text(mode);
 }
 
 AppearanceMode appearanceModeFromRawValue(const QString& raw)
 {
-    if (raw == QLatin1String("light"))
-        return AppearanceMode::light;
-    if (raw == QLatin1String("dark"))
-        return AppearanceMode::dark;
-    return AppearanceMode::system;
+    return appearanceModeNames.value(raw).value_or(AppearanceMode::system);
 }
 
 } // namespace tolvane

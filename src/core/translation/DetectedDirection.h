@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/EnumNames.h"
+
 #include <QString>
 
 #include <optional>
@@ -10,19 +12,19 @@ namespace tolvane {
 // Which way a look-up translates: English into the learning language, or back.
 enum class DetectedDirection { englishToTarget, targetToEnglish };
 
+inline constexpr EnumNames detectedDirectionNames{std::array{
+    std::pair{DetectedDirection::englishToTarget, "englishToTarget"},
+    std::pair{DetectedDirection::targetToEnglish, "targetToEnglish"},
+}};
+
 inline QString rawValue(DetectedDirection direction)
 {
-    return direction == DetectedDirection::englishToTarget ? QStringLiteral("englishToTarget")
-                                                           : QStringLiteral("targetToEnglish");
+    return detectedDirectionNames.text(direction);
 }
 
 inline std::optional<DetectedDirection> detectedDirectionFromRawValue(const QString& raw)
 {
-    if (raw == QLatin1String("englishToTarget"))
-        return DetectedDirection::englishToTarget;
-    if (raw == QLatin1String("targetToEnglish"))
-        return DetectedDirection::targetToEnglish;
-    return std::nullopt;
+    return detectedDirectionNames.value(raw);
 }
 
 } // namespace tolvane

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/translation/LiveTranslationService.h"
+#include "core/support/EnumNames.h"
 
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
@@ -18,17 +19,15 @@ QString languageCodeOf(const QString& code)
 
 } // namespace
 
+constexpr EnumNames availabilityNames{std::array{
+    std::pair{LanguageAvailability::unsupported, "unsupported"},
+    std::pair{LanguageAvailability::installed, "installed"},
+    std::pair{LanguageAvailability::supported, "supported"},
+}};
+
 QString availabilityText(LanguageAvailability availability)
 {
-    switch (availability) {
-    case LanguageAvailability::installed:
-        return QStringLiteral("installed");
-    case LanguageAvailability::supported:
-        return QStringLiteral("supported");
-    case LanguageAvailability::unsupported:
-        break;
-    }
-    return QStringLiteral("unsupported");
+    return availabilityNames.text(availability);
 }
 
 LiveTranslationService::LiveTranslationService(TranslationEngine& engine, Scheduler& scheduler, Executor executor)

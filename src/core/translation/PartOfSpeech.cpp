@@ -1,29 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/translation/PartOfSpeech.h"
 
+#include "core/support/EnumNames.h"
+
 namespace tolvane {
+
+namespace {
+constexpr EnumNames abbreviations{std::array{
+    std::pair{LexicalClass::noun, "n."},
+    std::pair{LexicalClass::verb, "v."},
+    std::pair{LexicalClass::adjective, "adj."},
+    std::pair{LexicalClass::adverb, "adv."},
+    std::pair{LexicalClass::preposition, "prep."},
+    std::pair{LexicalClass::conjunction, "conj."},
+    std::pair{LexicalClass::pronoun, "pron."},
+    std::pair{LexicalClass::determiner, "det."},
+}};
+} // namespace
 
 QString partOfSpeechAbbreviation(LexicalClass lexicalClass)
 {
-    switch (lexicalClass) {
-    case LexicalClass::noun:
-        return QStringLiteral("n.");
-    case LexicalClass::verb:
-        return QStringLiteral("v.");
-    case LexicalClass::adjective:
-        return QStringLiteral("adj.");
-    case LexicalClass::adverb:
-        return QStringLiteral("adv.");
-    case LexicalClass::preposition:
-        return QStringLiteral("prep.");
-    case LexicalClass::conjunction:
-        return QStringLiteral("conj.");
-    case LexicalClass::pronoun:
-        return QStringLiteral("pron.");
-    case LexicalClass::determiner:
-        return QStringLiteral("det.");
-    }
-    return {};
+    return abbreviations.text(lexicalClass);
 }
 
 std::optional<QString> partOfSpeechOf(const QString& word, const std::optional<QString>& sentence,

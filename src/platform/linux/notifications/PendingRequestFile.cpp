@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/notifications/PendingRequestFile.h"
 
+#include "core/records/RecordJson.h"
 #include "core/support/AppPaths.h"
 #include "core/support/AtomicFile.h"
 
@@ -15,7 +16,6 @@ namespace tolvane {
 namespace {
 
 // Dates are kept like those of the record files: seconds since 2001-01-01 00:00:00 UTC.
-const QDateTime referenceDate(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
 
 QJsonObject toJson(const PendingRequest& pending)
 {
@@ -33,7 +33,7 @@ QJsonObject toJson(const PendingRequest& pending)
         {QStringLiteral("categoryIdentifier"), r.categoryIdentifier},
         {QStringLiteral("actions"), actions},
         {QStringLiteral("timeInterval"), r.timeIntervalSeconds},
-        {QStringLiteral("dueDate"), double(referenceDate.msecsTo(pending.dueDate)) / 1000.0},
+        {QStringLiteral("dueDate"), RecordJson::secondsSinceReferenceDate(pending.dueDate)},
     };
 }
 
@@ -41,7 +41,8 @@ std::optional<PendingRequest> fromJson(const QJsonObject& o)
 {
     const QJsonValue identifier = o.value(QStringLiteral("identifier"));
     const QJsonValue due = o.value(QStringLiteral("dueDate"));
-    if (!identifier.isString() || identifier.toString().isEmpty() || !due.isDouble())
+    const std::optional<QDateTime> dueDate = RecordJson::dateFromSecondsSinceReferenceDate(due.toDouble());
+    if (!identifier.isString() || identifier.toString().isEmpty() || !due.isDouble() || !dueDate)
         return std::nullopt;
     PendingRequest pending;
     NotificationRequest& r = pending.request;
@@ -58,7 +59,7 @@ std::optional<PendingRequest> fromJson(const QJsonObject& o)
         if (!actionIdentifier.isEmpty())
             pending.actions.append({actionIdentifier, action.value(QStringLiteral("title")).toString()});
     }
-    pending.dueDate = referenceDate.addMSecs(qint64(due.toDouble() * 1000.0));
+    pending.dueDate = *dueDate;
     return pending;
 }
 
