@@ -9,6 +9,7 @@
 #include "core/support/Clock.h"
 #include "core/support/Logging.h"
 #include "core/support/QtScheduler.h"
+#include "fakes/FakeScheduler.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
 #include <QCoreApplication>
@@ -31,17 +32,6 @@ using namespace tolvane;
 TOLVANE_DEFINE_LOG(lcBench, "bench_records")
 
 namespace {
-
-// Moves forward a second at every reading, so events spread over many days.
-class SteppingClock final : public Clock
-{
-public:
-    QDateTime now() const override { return m_now = m_now.addSecs(1); }
-    void setNow(QDateTime now) { m_now = std::move(now); }
-
-private:
-    mutable QDateTime m_now = QDateTime(QDate(2025, 1, 1), QTime(8, 0), Qt::UTC);
-};
 
 // The atomic replacement taken apart: writing and renaming, and the flush to the disk between them.
 struct WriteParts
@@ -124,7 +114,9 @@ int main(int argc, char** argv)
     for (const qsizetype n : {qsizetype(100), qsizetype(1000), qsizetype(10000), qsizetype(100000)}) {
         const QString dir = base + QStringLiteral("/n%1").arg(n);
         QDir(dir).removeRecursively();
-        SteppingClock clock;
+        // A second passes at every reading, so events spread over many days.
+        FakeClock clock(QDateTime(QDate(2025, 1, 1), QTime(8, 0), Qt::UTC));
+        clock.setStepPerReading(std::chrono::seconds(1));
         const int runs = runsFor(n);
 
         // Review deck: n distinct words; a change is the answer to one card.

@@ -3,6 +3,8 @@
 // reminders written through the desktop centre's pending file.
 #include "core/review/NotificationScheduler.h"
 #include "core/setup/Preferences.h"
+#include "fakes/FakeNotificationServer.h"
+#include "fakes/FakeScheduler.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -12,40 +14,9 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
-#include <deque>
-
 using namespace tolvane;
 
 namespace {
-
-// Runs posted tasks when asked; timers never fire (a plan's renewal is days away).
-class ManualScheduler final : public Scheduler
-{
-public:
-    void post(Task task) override { m_tasks.push_back(std::move(task)); }
-    TimerHandle singleShot(Duration, Task) override { return TimerHandle(std::make_shared<TimerHandle::State>()); }
-    TimerHandle repeating(Duration, Task) override { return TimerHandle(std::make_shared<TimerHandle::State>()); }
-    void run()
-    {
-        while (!m_tasks.empty()) {
-            Task task = std::move(m_tasks.front());
-            m_tasks.pop_front();
-            task();
-        }
-    }
-
-private:
-    std::deque<Task> m_tasks;
-};
-
-class SilentServer final : public NotificationServer
-{
-public:
-    void capabilities(CapabilitiesReply reply) override { reply(QStringList{QStringLiteral("actions")}, {}); }
-    void notify(const ServerNotification&, NotifyReply reply) override { reply(1, {}); }
-    void close(quint32) override {}
-    void setHandlers(ActionHandler, ClosedHandler) override {}
-};
 
 QList<ReviewCard> deckOf(int size, const QDateTime& now)
 {
@@ -86,10 +57,11 @@ int main(int argc, char** argv)
     QTemporaryDir dir;
     MemoryPreferenceStore store;
     Preferences preferences(store);
-    ManualScheduler scheduler;
+    FakeScheduler scheduler; // timers never fire: a plan's renewal is days away
     SystemClock clock;
     const QString path = dir.filePath(QStringLiteral("pending_reminders.json"));
-    DesktopNotificationCenter center(std::make_unique<SilentServer>(), path, scheduler, clock, [] { return false; });
+    DesktopNotificationCenter center(std::make_unique<FakeNotificationServer>(), path, scheduler, clock,
+                                     [] { return false; });
     const QList<ReviewCard> deck = deckOf(10000, now);
     NotificationScheduler planner(center, preferences, scheduler, [&] { return deck; });
     const int plans = 20;
@@ -97,7 +69,7 @@ int main(int argc, char** argv)
     timer.start();
     for (int i = 0; i < plans; ++i) {
         planner.reschedule();
-        scheduler.run();
+        scheduler.runPosted();
     }
     out << "reschedule into the desktop centre, deck of 10000: " << double(timer.nsecsElapsed()) / plans / 1e6
         << " ms per plan of 60 reminders; pending file " << QFileInfo(path).size() << " bytes\n";

@@ -12,19 +12,25 @@
 
 namespace tolvane {
 
-// A clock that stands still until told to move.
+// A clock that stands still until told to move, or moves by a step at every reading.
 class FakeClock final : public Clock
 {
 public:
     explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 3, 2), QTime(9, 0), Qt::UTC))
         : m_now(std::move(start))
     {}
-    QDateTime now() const override { return m_now; }
+    QDateTime now() const override
+    {
+        m_now = m_now.addMSecs(m_stepPerReading.count());
+        return m_now;
+    }
     void setNow(QDateTime now) { m_now = std::move(now); }
     void advance(Duration by) { m_now = m_now.addMSecs(by.count()); }
+    void setStepPerReading(Duration step) { m_stepPerReading = step; }
 
 private:
-    QDateTime m_now;
+    mutable QDateTime m_now;
+    Duration m_stepPerReading{0};
 };
 
 // Virtual time: nothing runs until the test says so. advance() moves the clock timer by timer and

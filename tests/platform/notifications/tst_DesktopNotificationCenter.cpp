@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop notification centre against a scripted notification server: timing, the pending
 // file across restarts, answers, and a server that is missing or cannot show buttons.
+#include "fakes/FakeNotificationServer.h"
 #include "fakes/FakeScheduler.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 
@@ -12,37 +13,6 @@ using namespace tolvane;
 using namespace std::chrono_literals;
 
 namespace {
-
-class ScriptedServer final : public NotificationServer
-{
-public:
-    // Nothing: no server answers, with this reason.
-    std::optional<QStringList> capabilityList =
-        QStringList{QStringLiteral("actions"), QStringLiteral("body"), QStringLiteral("body-markup")};
-    QString failure = QStringLiteral("The name org.freedesktop.Notifications was not provided by any .service files");
-    QList<ServerNotification> shown;
-    QList<quint32> closed;
-    ActionHandler onAction;
-    ClosedHandler onClosed;
-    quint32 nextId = 40;
-
-    void capabilities(CapabilitiesReply reply) override { reply(capabilityList, capabilityList ? QString() : failure); }
-    void notify(const ServerNotification& n, NotifyReply reply) override
-    {
-        if (!capabilityList) {
-            reply(std::nullopt, failure);
-            return;
-        }
-        shown.append(n);
-        reply(++nextId, QString());
-    }
-    void close(quint32 id) override { closed.append(id); }
-    void setHandlers(ActionHandler a, ClosedHandler c) override
-    {
-        onAction = std::move(a);
-        onClosed = std::move(c);
-    }
-};
 
 class RecordingDelegate final : public NotificationCenterDelegate
 {
@@ -77,7 +47,7 @@ struct Rig
         : clock(c)
         , scheduler(&c)
     {
-        auto owned = std::make_unique<ScriptedServer>();
+        auto owned = std::make_unique<FakeNotificationServer>();
         server = owned.get();
         center = std::make_unique<DesktopNotificationCenter>(std::move(owned), path, scheduler, clock,
                                                              [this] { return active; });
@@ -102,7 +72,7 @@ struct Rig
 
     FakeClock& clock;
     FakeScheduler scheduler;
-    ScriptedServer* server = nullptr;
+    FakeNotificationServer* server = nullptr;
     RecordingDelegate delegate;
     bool active = false;
     std::unique_ptr<DesktopNotificationCenter> center;
