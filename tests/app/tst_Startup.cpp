@@ -4,6 +4,7 @@
 #include "app/AppDelegate.h"
 #include "app/InstanceCommands.h"
 #include "app/SingleInstance.h"
+#include "core/hotkeys/HotkeyManager.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
 #include "core/setup/Preferences.h"
@@ -34,6 +35,19 @@ QProcessEnvironment withoutDisplay()
     env.remove(QStringLiteral("QT_QPA_PLATFORM"));
     return env;
 }
+
+// The composition root on fakes, launched.
+struct Launched
+{
+    QTemporaryDir records;
+    FakePlatform platform;
+    FakeClock clock;
+    FakeScheduler scheduler{&clock};
+    Preferences preferences{*platform.services.preferences};
+    AppDelegate delegate{platform.services, preferences, clock, scheduler, records.path()};
+
+    Launched() { delegate.applicationDidFinishLaunching(); }
+};
 
 } // namespace
 
@@ -121,50 +135,57 @@ private Q_SLOTS:
 
     void launchingRegistersTheTwoDefaultsAndNothingElse()
     {
-        QTemporaryDir records;
-        FakePlatform platform;
-        FakeClock clock;
-        FakeScheduler scheduler(&clock);
-        Preferences preferences(*platform.services.preferences);
-        AppDelegate delegate(platform.services, preferences, clock, scheduler, records.path());
-        delegate.applicationDidFinishLaunching();
-        QVERIFY(preferences.axWordLookupEnabled());
-        QVERIFY(preferences.ocrFallbackEnabled());
-        QVERIFY(!preferences.onboardingComplete());
-        QVERIFY(delegate.trayMenu() != nullptr);
-        QVERIFY(!QApplication::quitOnLastWindowClosed());
-        // The reminder buttons are installed and answers have somewhere to go.
-        QCOMPARE(platform.notifications->categories.size(), 1);
-        QCOMPARE(platform.notifications->categories.first().identifier, QStringLiteral("FLASHCARD_REMINDER"));
-        QVERIFY(platform.notifications->delegate != nullptr);
+        Launched app;
+        QVERIFY(app.preferences.axWordLookupEnabled());
+        QVERIFY(app.preferences.ocrFallbackEnabled());
+        QVERIFY(!app.preferences.onboardingComplete());
         // The permission seen at start is remembered. Besides it, only the accepted hotkey is written;
         // the registered defaults never are.
-        scheduler.runPosted();
-        QVERIFY(preferences.notificationPermissionGranted());
+        app.scheduler.runPosted();
+        QVERIFY(app.preferences.notificationPermissionGranted());
         QCOMPARE(
-            platform.preferences->storedValues().keys(),
+            app.platform.preferences->storedValues().keys(),
             (QStringList{QString(PreferenceKey::customHotkeyKeyCode), QString(PreferenceKey::customHotkeyModifiers),
                          QString(PreferenceKey::notificationPermissionGranted)}));
-        // Before the guide is done, nothing is planned even when the deck has cards.
-        delegate.reviewDeck().addCard(QStringLiteral("Haus"), QStringLiteral("house"), true, QStringLiteral("de"),
-                                      DetectedDirection::targetToEnglish);
-        scheduler.advance(std::chrono::seconds(1));
-        // The stored (default) hotkey is registered at start, its events arrive as tasks, and it
-        // is let go at the end.
-        QCOMPARE(platform.hotkeys->registered.size(), 1);
-        QCOMPARE(platform.hotkeys->registered.first().keyCode, 49u);
-        QCOMPARE(platform.hotkeys->registered.first().modifiers, 2048u);
+    }
+
+    void launchingLeavesATrayMenuAndNoWindowThatCouldEndTheProcess()
+    {
+        Launched app;
+        QVERIFY(app.delegate.trayMenu() != nullptr);
+        QVERIFY(!QApplication::quitOnLastWindowClosed());
+    }
+
+    void remindersGetTheirButtonsAndAnswersADelegateUntilTermination()
+    {
+        Launched app;
+        QCOMPARE(app.platform.notifications->categories.size(), 1);
+        QCOMPARE(app.platform.notifications->categories.first().identifier, QStringLiteral("FLASHCARD_REMINDER"));
+        QVERIFY(app.platform.notifications->delegate != nullptr);
+        // Before the guide is done, nothing is planned at start.
+        app.scheduler.advance(std::chrono::seconds(1));
+        QVERIFY(app.platform.notifications->pending.isEmpty());
+        app.delegate.applicationWillTerminate();
+        QVERIFY(app.platform.notifications->delegate == nullptr);
+    }
+
+    void theStoredHotkeyIsRegisteredItsEventsArriveAsTasksAndTerminationLetsItGo()
+    {
+        Launched app;
+        QCOMPARE(app.platform.hotkeys->registered.size(), 1);
+        const auto registration = app.platform.hotkeys->registered.first();
+        QCOMPARE(registration.keyCode, app.delegate.hotkeys().currentKeyCode());
+        QCOMPARE(registration.modifiers, app.delegate.hotkeys().currentModifiers());
         QStringList events;
-        connect(&delegate, &AppDelegate::hotkeyPressed, this, [&] { events << QStringLiteral("pressed"); });
-        connect(&delegate, &AppDelegate::hotkeyReleased, this, [&] { events << QStringLiteral("released"); });
-        platform.hotkeys->press(platform.hotkeys->registered.first().identifier);
-        platform.hotkeys->release(platform.hotkeys->registered.first().identifier);
+        connect(&app.delegate, &AppDelegate::hotkeyPressed, this, [&] { events << QStringLiteral("pressed"); });
+        connect(&app.delegate, &AppDelegate::hotkeyReleased, this, [&] { events << QStringLiteral("released"); });
+        app.platform.hotkeys->press(registration.identifier);
+        app.platform.hotkeys->release(registration.identifier);
         QVERIFY(events.isEmpty());
-        scheduler.runPosted();
+        app.scheduler.runPosted();
         QCOMPARE(events, (QStringList{QStringLiteral("pressed"), QStringLiteral("released")}));
-        delegate.applicationWillTerminate();
-        QVERIFY(platform.hotkeys->registered.isEmpty());
-        QVERIFY(platform.notifications->delegate == nullptr);
+        app.delegate.applicationWillTerminate();
+        QVERIFY(app.platform.hotkeys->registered.isEmpty());
     }
 
     void aCompletedGuidePlansTheRemindersAtStart()

@@ -9,6 +9,7 @@
 
 using namespace tolvane;
 Q_DECLARE_METATYPE(tolvane::PreferenceValue)
+Q_DECLARE_METATYPE(std::optional<qint64>)
 
 namespace {
 
@@ -85,6 +86,24 @@ private Q_SLOTS:
         QCOMPARE(f.celebrated.size(), celebrations);
         QCOMPARE(f.preferences.shownLookupMilestones(), shownAfter);
         QCOMPARE(f.preferences.successfulWordLookupCount(), count + 1);
+    }
+
+    void theNextMilestoneIsTheFirstThresholdAboveTheCount_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<std::optional<qint64>>("next");
+        QTest::newRow("nothing yet") << qint64(0) << std::optional<qint64>(25);
+        QTest::newRow("one short") << qint64(24) << std::optional<qint64>(25);
+        QTest::newRow("exactly on one: the one after") << qint64(25) << std::optional<qint64>(100);
+        QTest::newRow("exactly on the last: none") << qint64(5000) << std::optional<qint64>();
+    }
+    void theNextMilestoneIsTheFirstThresholdAboveTheCount()
+    {
+        QFETCH(qint64, count);
+        QFETCH(std::optional<qint64>, next);
+        Fixture f;
+        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, count);
+        QCOMPARE(f.make()->nextMilestone(), next);
     }
 
     void everyThresholdIsReachedInOrderFromZeroAndNothingAfterFiveThousand()
