@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/support/AppPaths.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -16,6 +17,16 @@ QString configDirectory()
 QString dataDirectory()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tolvane");
+}
+
+QString installedDataDirectory()
+{
+    const QString fromEnvironment = qEnvironmentVariable("TOLVANE_DATA_DIR");
+    if (!fromEnvironment.isEmpty())
+        return fromEnvironment;
+    const QString executableDir =
+        QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QDir::currentPath();
+    return QDir::cleanPath(executableDir + QStringLiteral("/../share/tolvane"));
 }
 
 bool ensurePrivateDirectory(const QString& dir)

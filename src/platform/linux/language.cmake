@@ -15,7 +15,9 @@ tolvane_target_settings(tolvane_language_model_builder)
 target_include_directories(tolvane_language_model_builder PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(tolvane_language_model_builder PRIVATE Qt6::Core PkgConfig::HUNSPELL)
 
-set(tolvane_language_model_dir ${PROJECT_BINARY_DIR}/data/language)
+# Built where an installed Tolvane keeps them (share/tolvane beside bin/), so the executable finds
+# them the same way in the build tree and after installation.
+set(tolvane_language_model_dir ${PROJECT_BINARY_DIR}/share/tolvane/language)
 set(tolvane_dasher /usr/share/dasher)
 set(tolvane_hunspell /usr/share/hunspell)
 set(tolvane_dictd /usr/share/dictd)
@@ -56,10 +58,7 @@ tolvane_language_model(es training_spanish_ES.txt es_ES --headwords ${tolvane_di
 
 add_custom_target(tolvane_language_models ALL DEPENDS ${tolvane_language_model_files})
 add_dependencies(${fragment_target} tolvane_language_models)
-target_compile_definitions(${fragment_target} PRIVATE
-    TOLVANE_BUILD_LANGUAGE_MODEL_DIR="${tolvane_language_model_dir}"
-    TOLVANE_INSTALLED_LANGUAGE_MODEL_DIR="${CMAKE_INSTALL_PREFIX}/share/tolvane/language")
-install(FILES ${tolvane_language_model_files} DESTINATION share/tolvane/language)
+install(FILES ${tolvane_language_model_files} DESTINATION ${CMAKE_INSTALL_DATADIR}/tolvane/language)
 
 # The English lexicon of the part-of-speech tagger, from WordNet.
 add_executable(tolvane_english_lexicon_builder ${PROJECT_SOURCE_DIR}/data/language/EnglishLexiconBuilder.cpp)
@@ -76,4 +75,4 @@ add_custom_command(
     VERBATIM)
 add_custom_target(tolvane_english_lexicon ALL DEPENDS ${tolvane_english_lexicon})
 add_dependencies(${fragment_target} tolvane_english_lexicon)
-install(FILES ${tolvane_english_lexicon} DESTINATION share/tolvane/language)
+install(FILES ${tolvane_english_lexicon} DESTINATION ${CMAKE_INSTALL_DATADIR}/tolvane/language)

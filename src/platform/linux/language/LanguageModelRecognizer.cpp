@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
+#include "core/support/AppPaths.h"
+
 #include "core/support/Logging.h"
 #include "platform/linux/language/LanguageModel.h"
 
@@ -131,12 +133,7 @@ QString LanguageModelRecognizer::defaultModelDirectory()
 {
     const QStringList places = {
         qEnvironmentVariable("TOLVANE_LANGUAGE_MODEL_DIR"),
-#ifdef TOLVANE_BUILD_LANGUAGE_MODEL_DIR
-        QStringLiteral(TOLVANE_BUILD_LANGUAGE_MODEL_DIR),
-#endif
-#ifdef TOLVANE_INSTALLED_LANGUAGE_MODEL_DIR
-        QStringLiteral(TOLVANE_INSTALLED_LANGUAGE_MODEL_DIR),
-#endif
+        installedDataDirectory() + QStringLiteral("/language"),
     };
     for (const QString& place : places) {
         if (!place.isEmpty() && QFileInfo::exists(place + QStringLiteral("/en.langmodel")))
