@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
@@ -164,7 +165,8 @@ void OverlayCardWidget::orderFront()
     overlayx11::markFloatingCard(this);
     if (!isVisible())
         show();
-    raise();
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        raise();
 }
 
 void OverlayCardWidget::setBorderTint(const QColor& tint)
@@ -193,7 +195,8 @@ void OverlayCardWidget::changeEvent(QEvent* event)
 
 void OverlayCardWidget::updateShape()
 {
-    if (m_translucent) {
+    // Only X windows take a shape; elsewhere (offscreen pictures) the card is drawn as it is.
+    if (m_translucent || QGuiApplication::platformName() != QLatin1String("xcb")) {
         clearMask();
         return;
     }

@@ -61,8 +61,9 @@ TranslationOverlayCard::TranslationOverlayCard(QWidget* parent)
     m_scroll->setWidgetResizable(false);
     m_scroll->setAutoFillBackground(false);
     m_scroll->viewport()->setAutoFillBackground(false);
-    m_content->setAutoFillBackground(false);
     m_scroll->setWidget(m_content);
+    // The scroll area paints its widget's background by default; the card's own shows through.
+    m_content->setAutoFillBackground(false);
     m_scroll->verticalScrollBar()->setAccessibleName(QStringLiteral("Scroll"));
     paletteChanged();
     setView(m_view);
@@ -78,8 +79,8 @@ void TranslationOverlayCard::paletteChanged()
     m_context->setColor(p.tertiary);
     setBorderTint(p.accent);
     // A thin indicator like the desktop's overlay scroll bars, in the secondary colour.
-    QColor handle = p.secondary;
-    handle.setAlphaF(0.45f);
+    QColor handle = p.primary;
+    handle.setAlphaF(0.35f);
     m_scroll->verticalScrollBar()->setStyleSheet(
         QStringLiteral("QScrollBar:vertical { background: transparent; width: %1px; margin: 0; }"
                        "QScrollBar::handle:vertical { background: %2; border-radius: %3px; min-height: 24px; }"
