@@ -12,6 +12,7 @@
 #include <QPalette>
 #include <QRegion>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tolvane {
@@ -24,13 +25,6 @@ QColor withAlpha(QColor color, double alpha)
 {
     color.setAlphaF(float(alpha));
     return color;
-}
-
-QPainterPath roundedCard(const QRectF& rect)
-{
-    QPainterPath path;
-    path.addRoundedRect(rect, cardCornerRadius, cardCornerRadius);
-    return path;
 }
 
 } // namespace
@@ -61,7 +55,7 @@ OverlayPalette OverlayPalette::current(bool translucent)
     // The desktop's own accent, as its selection colour shows it.
     p.accent = palette.color(QPalette::Active, QPalette::Highlight);
     if (translucent)
-        p.material.setAlphaF(0.94f);
+        p.material.setAlphaF(0.97f);
     return p;
 }
 
@@ -200,11 +194,21 @@ void OverlayCardWidget::updateShape()
         clearMask();
         return;
     }
-    // Without a compositor the window is cut to the card: X shapes are whole pixels, so the mask
-    // keeps every pixel the rounded card touches and the border's antialiasing blends into the
-    // card's own colour there, not into black.
-    const QPainterPath path = roundedCard(QRectF(cardRect()));
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    // Without a compositor the window is cut to the card. X shapes are whole pixels: a pixel is
+    // kept when its centre lies inside the rounded card, so the edge follows the curve and the
+    // border's antialiasing blends into the card's own colour, never into black.
+    const QRect card = cardRect();
+    const int radius = std::min({int(cardCornerRadius), card.width() / 2, card.height() / 2});
+    QRegion region(card.adjusted(0, radius, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        const double dy = radius - (row + 0.5);
+        const double inset = radius - std::sqrt(double(radius) * radius - dy * dy);
+        const int first = int(std::ceil(inset - 0.5));
+        const int width = card.width() - 2 * first;
+        region += QRect(card.left() + first, card.top() + row, width, 1);
+        region += QRect(card.left() + first, card.bottom() - row, width, 1);
+    }
+    setMask(region);
 }
 
 void OverlayCardWidget::paintEvent(QPaintEvent*)
