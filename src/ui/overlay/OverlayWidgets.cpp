@@ -31,6 +31,12 @@ void CardLabel::setColor(const QColor& color)
     setPalette(p);
 }
 
+void CardLabel::setCardFont(const QFont& font)
+{
+    if (font != this->font())
+        setFont(font);
+}
+
 void CardLabel::setCardText(const QString& text)
 {
     if (text == this->text())

@@ -104,9 +104,9 @@ void TranslationOverlayCard::setView(const TranslationOverlayView& view)
 
     const QString source = displayText(view.source, passageCardTextLimit);
     const QString translation = displayText(view.translation, passageCardTextLimit);
-    m_source->setFont(withLanguageFamilies(textStyleFont(TextStyle::caption), cjkLanguageOf(source, language)));
-    m_translation->setFont(withLanguageFamilies(pointSizeFont(view.isPassage ? 15 : 18, QFont::Bold),
-                                                cjkLanguageOf(translation, language)));
+    m_source->setCardFont(withLanguageFamilies(textStyleFont(TextStyle::caption), cjkLanguageOf(source, language)));
+    m_translation->setCardFont(withLanguageFamilies(pointSizeFont(view.isPassage ? 15 : 18, QFont::Bold),
+                                                    cjkLanguageOf(translation, language)));
     if (view.isPassage) {
         m_source->setWordWrap(true);
         m_source->setCardText(source);
@@ -122,7 +122,7 @@ void TranslationOverlayCard::setView(const TranslationOverlayView& view)
     m_context->setHidden(!context);
     if (context) {
         const QString text = displayText(*view.context, passageCardTextLimit);
-        m_context->setFont(withLanguageFamilies(textStyleFont(TextStyle::caption2), cjkLanguageOf(text, language)));
+        m_context->setCardFont(withLanguageFamilies(textStyleFont(TextStyle::caption2), cjkLanguageOf(text, language)));
         m_context->setCardText(text);
     }
     m_scroll->setVerticalScrollBarPolicy(view.isPassage ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
