@@ -118,6 +118,7 @@ void OverlayCardWidget::prepareWindow()
 {
     chooseTranslucency();
     winId();
+    updateShape();
     overlayx11::markFloatingCard(this);
 }
 
@@ -156,6 +157,7 @@ void OverlayCardWidget::orderFront()
     // A compositing manager may have come or gone since the last show.
     chooseTranslucency();
     winId();
+    updateShape();
     overlayx11::markFloatingCard(this);
     if (!isVisible())
         show();
@@ -189,25 +191,38 @@ void OverlayCardWidget::changeEvent(QEvent* event)
 
 void OverlayCardWidget::updateShape()
 {
-    // Only X windows take a shape; elsewhere (offscreen pictures) the card is drawn as it is.
+    // Only X windows take a shape; elsewhere (offscreen pictures) the card is drawn as it is. A
+    // window not yet made gets its shape when it is.
+    if (!testAttribute(Qt::WA_WState_Created))
+        return;
     if (m_translucent || QGuiApplication::platformName() != QLatin1String("xcb")) {
         clearMask();
         return;
     }
-    // Without a compositor the window is cut to the card. X shapes are whole pixels: a pixel is
-    // kept when its centre lies inside the rounded card, so the edge follows the curve and the
-    // border's antialiasing blends into the card's own colour, never into black.
-    const QRect card = cardRect();
-    const int radius = std::min({int(cardCornerRadius), card.width() / 2, card.height() / 2});
-    QRegion region(card.adjusted(0, radius, 0, -radius));
-    for (int row = 0; row < radius; ++row) {
+    // Without a compositor the window is cut to the card. X shapes are whole device pixels: a
+    // pixel is kept when its centre lies inside the rounded card, so the edge follows the curve at
+    // any device pixel ratio and the border's antialiasing blends into the card's own colour.
+    const double ratio = devicePixelRatioF();
+    const QRect card(
+        QPoint(int(std::lround(cardRect().x() * ratio)), int(std::lround(cardRect().y() * ratio))),
+        QSize(int(std::lround(cardRect().width() * ratio)), int(std::lround(cardRect().height() * ratio))));
+    const double radius = std::min({cardCornerRadius * ratio, card.width() / 2.0, card.height() / 2.0});
+    const int rows = int(std::ceil(radius));
+    QList<QRect> rectangles{card.adjusted(0, rows, 0, -rows)};
+    for (int row = 0; row < rows; ++row) {
         const double dy = radius - (row + 0.5);
-        const double inset = radius - std::sqrt(double(radius) * radius - dy * dy);
+        const double inset = dy > 0 ? radius - std::sqrt(radius * radius - dy * dy) : 0;
         const int first = int(std::ceil(inset - 0.5));
         const int width = card.width() - 2 * first;
-        region += QRect(card.left() + first, card.top() + row, width, 1);
-        region += QRect(card.left() + first, card.bottom() - row, width, 1);
+        rectangles.append(QRect(card.left() + first, card.top() + row, width, 1));
+        rectangles.append(QRect(card.left() + first, card.bottom() - row, width, 1));
     }
+    if (overlayx11::setDevicePixelShape(this, rectangles))
+        return;
+    QRegion region;
+    for (const QRect& r : std::as_const(rectangles))
+        region += QRect((QPointF(r.topLeft()) / ratio).toPoint(),
+                        (QSizeF(r.size()) / ratio).toSize().expandedTo(QSize(1, 1)));
     setMask(region);
 }
 

@@ -57,6 +57,7 @@ QString activeWindow()
 {
     return run(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")})
         .section(QLatin1Char('#'), 1)
+        .section(QLatin1Char(','), 0, 0) // some managers add a second window
         .trimmed();
 }
 QString windowProperty(WId window, const QString& property)
@@ -69,10 +70,30 @@ bool isViewable(WId window)
         .contains(QLatin1String("IsViewable"));
 }
 
+// Qt speaks logical pixels, xdotool device pixels.
+double ratio()
+{
+    return QGuiApplication::primaryScreen()->devicePixelRatio();
+}
+QString devicePixels(int logical)
+{
+    return QString::number(int(logical * ratio()));
+}
+
 void clickAt(QPoint global)
 {
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QString::number(global.x()),
-                                    QString::number(global.y()), QStringLiteral("click"), QStringLiteral("1")});
+    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
+                                    QStringLiteral("click"), QStringLiteral("1")});
+}
+void pointAt(int x, int y)
+{
+    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(x), devicePixels(y)});
+}
+
+// A pixel of a screen grab (in device pixels) at a logical point of the grabbed rectangle.
+QColor pixelAt(const QImage& shot, QPoint logical)
+{
+    return shot.pixelColor(QPoint(int(logical.x() * ratio()), int(logical.y() * ratio())));
 }
 
 QImage screenAt(const QRect& rect)
@@ -108,8 +129,10 @@ public:
     // Waits until the window manager has given the holder the focus.
     bool hasFocus() const
     {
+        const QString id = QString::number(m_window.toULongLong(nullptr, 0));
         for (int i = 0; i < 100; ++i) {
-            if (!m_window.isEmpty() && focusedWindow() == QString::number(m_window.toULongLong(nullptr, 0)))
+            if (!m_window.isEmpty() && focusedWindow() == id &&
+                activeWindow().toULongLong(nullptr, 16) == id.toULongLong())
                 return true;
             QTest::qWait(50);
         }
@@ -124,8 +147,8 @@ public:
         QHash<QString, int> values;
         for (const QString& line : shell.split(QLatin1Char('\n')))
             values.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1).toInt());
-        return {values.value(QStringLiteral("X")), values.value(QStringLiteral("Y")),
-                values.value(QStringLiteral("WIDTH")), values.value(QStringLiteral("HEIGHT"))};
+        const auto logical = [&](const char* key) { return int(values.value(QLatin1String(key)) / ratio()); };
+        return {logical("X"), logical("Y"), logical("WIDTH"), logical("HEIGHT")};
     }
 
 private:
@@ -199,7 +222,7 @@ private Q_SLOTS:
             QVERIFY2(activeWindow() == active, step);
         };
 
-        run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QStringLiteral("700"), QStringLiteral("300")});
+        pointAt(700, 300);
         HoverOverlayWindow word(screens, transliterator);
         word.prepare();
         word.show();
@@ -256,7 +279,7 @@ private Q_SLOTS:
             FocusHolder holder(true);
             QVERIFY(holder.hasFocus());
             QTest::qWait(300);
-            run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QStringLiteral("300"), QStringLiteral("300")});
+            pointAt(300, 300);
             word.show();
             HoverOverlayView view;
             view.state = State::noLabel();
@@ -265,10 +288,11 @@ private Q_SLOTS:
             QTest::qWait(300);
             const QRect card = QRect(word.widget()->mapToGlobal(QPoint(0, 0)), word.widget()->size());
             const QImage shot = screenAt(card);
-            const QColor middle = shot.pixelColor(shot.rect().center());
+            const QColor middle = pixelAt(shot, QPoint(card.width() / 2, card.height() / 2));
             QVERIFY2(!near(middle, holderColor, 60), qPrintable(middle.name()));
-            shot.save(QStringLiteral(TOLVANE_SOURCE_DIR "/out/cards/screen-above-fullscreen-%1.png")
-                          .arg(QString::fromLocal8Bit(qgetenv("TOLVANE_VIRTUAL_DESKTOP_WM"))));
+            shot.save(QStringLiteral(TOLVANE_SOURCE_DIR "/out/cards/screen-above-fullscreen-%1@%2x.png")
+                          .arg(QString::fromLocal8Bit(qgetenv("TOLVANE_VIRTUAL_DESKTOP_WM")))
+                          .arg(ratio()));
             word.hide();
         }
         // Over another window, the pixels just outside the rounded corners are that window's: no
@@ -278,23 +302,24 @@ private Q_SLOTS:
         const QRect behind = holder.geometry();
         QVERIFY(behind.width() >= 400);
         const QPoint pointer = behind.topLeft() + QPoint(40, 40);
-        run(QStringLiteral("xdotool"),
-            {QStringLiteral("mousemove"), QString::number(pointer.x()), QString::number(pointer.y())});
+        pointAt(pointer.x(), pointer.y());
         word.show();
         QVERIFY(QTest::qWaitForWindowExposed(word.widget()));
         QTest::qWait(300);
         const QRect window = QRect(word.widget()->mapToGlobal(QPoint(0, 0)), word.widget()->size());
         const QImage shot = screenAt(window.adjusted(-20, -20, 20, 20));
         QDir().mkpath(QStringLiteral(TOLVANE_SOURCE_DIR "/out/cards"));
-        shot.save(QStringLiteral(TOLVANE_SOURCE_DIR "/out/cards/screen-%1.png")
-                      .arg(QString::fromLocal8Bit(qgetenv("TOLVANE_VIRTUAL_DESKTOP_WM"))));
+        shot.save(QStringLiteral(TOLVANE_SOURCE_DIR "/out/cards/screen-%1@%2x.png")
+                      .arg(QString::fromLocal8Bit(qgetenv("TOLVANE_VIRTUAL_DESKTOP_WM")))
+                      .arg(ratio()));
         // The card without its shadow, in the picture's coordinates.
         const QRect card = screen::toQt(word.frame()).toRect().translated(-window.topLeft() + QPoint(20, 20));
-        for (const QPoint corner : {card.topLeft(), card.topRight(), card.bottomLeft(), card.bottomRight()}) {
+        const QRect device(QPoint(int(card.x() * ratio()), int(card.y() * ratio())), card.size() * ratio());
+        for (const QPoint corner : {device.topLeft(), device.topRight(), device.bottomLeft(), device.bottomRight()}) {
             const QColor pixel = shot.pixelColor(corner);
             QVERIFY2(near(pixel, holderColor, 50), qPrintable(pixel.name()));
         }
-        const QColor middle = shot.pixelColor(card.center());
+        const QColor middle = pixelAt(shot, card.center());
         QVERIFY2(!near(middle, holderColor, 60), qPrintable(middle.name()));
     }
 
@@ -309,7 +334,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&tolvaneWindow));
         QSignalSpy clicked(button, &QPushButton::clicked);
 
-        run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QStringLiteral("200"), QStringLiteral("200")});
+        pointAt(200, 200);
         TranslationOverlayWindow passage(screens, preferences, clock, scheduler, events);
         const TranslationOverlayView view{QStringLiteral("Good morning."), QStringLiteral("Доброе утро."), {}, {}, true,
                                           QStringLiteral("EN → RU")};
