@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cards on a real X server under a real window manager: the user's focused window keeps the
 // focus through show, update, hide and clicks on a card; a card is above a full-screen window, on
-// every desktop, without dark corners; a click on the passage card closes it and still arrives.
+// every desktop, without dark corners, and readable through the accessibility bus; a click on the
+// passage card closes it and still arrives.
 // Run under each window manager: scripts/virtual-desktop [--wm xfwm4] -- ctest -R tst_OverlayWindows
 #include "core/overlay/HoverOverlayView.h"
 #include "core/overlay/TranslationOverlayView.h"
@@ -31,6 +32,9 @@
 #include <QWindow>
 
 #include <cstdio>
+#include <memory>
+
+#include <atspi/atspi.h>
 
 using namespace tolvane;
 using State = HoverOverlayView::State;
@@ -172,6 +176,70 @@ int focusHolderMain(int argc, char** argv)
     std::printf("%llu\n", static_cast<unsigned long long>(window.winId()));
     std::fflush(stdout);
     return app.exec();
+}
+
+// This test program run again with --show-card: a word card for the accessibility bus to read.
+int showCardMain(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    QtScreenService screens;
+    FakeTransliterator transliterator;
+    HoverOverlayWindow word(screens, transliterator);
+    HoverOverlayView view;
+    view.state = State::liveLookup(QStringLiteral("house"), QStringLiteral("дом"));
+    view.directionLabel = QStringLiteral("EN → RU");
+    view.partOfSpeech = QStringLiteral("n.");
+    view.onSpeak = [] {};
+    word.show(QPointF(300, 500));
+    word.update(view);
+    std::printf("ready\n");
+    std::fflush(stdout);
+    return app.exec();
+}
+
+struct GObjectDeleter
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
+
+QString takeText(gchar* text)
+{
+    const QString result = QString::fromUtf8(text ? text : "");
+    g_free(text);
+    return result;
+}
+
+// "role: name" of every element under an accessible, depth first.
+void describeTree(AtspiAccessible* accessible, int depth, QStringList& into)
+{
+    if (depth > 10)
+        return;
+    into.append(takeText(atspi_accessible_get_role_name(accessible, nullptr)) + QStringLiteral(": ") +
+                takeText(atspi_accessible_get_name(accessible, nullptr)));
+    const int count = atspi_accessible_get_child_count(accessible, nullptr);
+    for (int i = 0; i < count; ++i) {
+        const AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
+        if (child)
+            describeTree(child.get(), depth + 1, into);
+    }
+}
+
+// What the accessibility bus shows of the application with this process id.
+QStringList accessibleTreeOf(qint64 pid)
+{
+    QStringList tree;
+    const AccessiblePtr desktop(atspi_get_desktop(0));
+    if (!desktop)
+        return tree;
+    atspi_accessible_clear_cache(desktop.get());
+    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
+    for (int i = 0; i < count; ++i) {
+        const AccessiblePtr app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
+        if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == pid)
+            describeTree(app.get(), 0, tree);
+    }
+    return tree;
 }
 
 } // namespace
@@ -323,6 +391,27 @@ private Q_SLOTS:
         QVERIFY2(!near(middle, holderColor, 60), qPrintable(middle.name()));
     }
 
+    void wordCardIsReadableThroughTheAccessibilityBus()
+    {
+        if (atspi_init() < 0)
+            QSKIP("No accessibility bus: run inside scripts/virtual-desktop");
+        atspi_set_timeout(2000, 2000);
+        QProcess card;
+        card.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--show-card")});
+        QVERIFY(card.waitForReadyRead(10000));
+        QStringList tree;
+        const QStringList expected{QStringLiteral("label: дом"), QStringLiteral("label: house"),
+                                   QStringLiteral("label: n."), QStringLiteral("push button: Speak"),
+                                   QStringLiteral("label: EN → RU")};
+        const auto complete = [&] {
+            tree = accessibleTreeOf(card.processId());
+            return std::ranges::all_of(expected, [&](const QString& e) { return tree.contains(e); });
+        };
+        QTRY_VERIFY2_WITH_TIMEOUT(complete(), qPrintable(tree.join(QStringLiteral(" | "))), 10000);
+        card.kill();
+        card.waitForFinished(5000);
+    }
+
     void clickOnThePassageCardClosesItAndStillArrives()
     {
         QWidget tolvaneWindow;
@@ -373,6 +462,8 @@ int main(int argc, char** argv)
 {
     if (argc > 1 && QByteArray(argv[1]) == "--focus-holder")
         return focusHolderMain(argc, argv);
+    if (argc > 1 && QByteArray(argv[1]) == "--show-card")
+        return showCardMain(argc, argv);
     QApplication app(argc, argv);
     TestOverlayWindows test;
     return QTest::qExec(&test, argc, argv);
