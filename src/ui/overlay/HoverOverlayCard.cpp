@@ -281,7 +281,9 @@ int HoverOverlayCard::layoutContent(int width, bool apply) const
         // Header row: the source word (wrapping if it must), its part of speech, the speaker.
         int rest = 0;
         const QSize speak = m_speak->sizeHint();
-        const int pos = m_partOfSpeech->isHidden() ? 0 : int(std::ceil(m_partOfSpeech->naturalWidth()));
+        // The part of speech is an abbreviation; whatever it holds, the word keeps most of the row.
+        const int pos =
+            m_partOfSpeech->isHidden() ? 0 : std::min(int(std::ceil(m_partOfSpeech->naturalWidth())), width / 3);
         if (!m_partOfSpeech->isHidden())
             rest += rowSpacing + pos;
         if (!m_speak->isHidden())

@@ -60,8 +60,10 @@ double CardLabel::naturalWidth() const
 
 int CardLabel::heightAt(int width) const
 {
+    // No card is taller than this; a longer text is clipped by the card anyway.
+    constexpr int tallest = 420;
     if (m_wraps)
-        return heightForWidth(width);
+        return std::min(heightForWidth(width), tallest);
     return sizeHint().height();
 }
 

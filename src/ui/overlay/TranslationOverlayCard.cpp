@@ -134,8 +134,12 @@ int TranslationOverlayCard::layoutContent(int width, bool apply) const
 {
     int y = 0;
     int rowHeight = 0;
-    const QSize direction = m_direction->isHidden() ? QSize() : m_direction->sizeHint();
-    const QSize badge = m_badge->isHidden() ? QSize() : m_badge->sizeHint();
+    // The tags share the row; a tag longer than the card is cut (and drawn with "…").
+    QSize direction = m_direction->isHidden() ? QSize() : m_direction->sizeHint();
+    QSize badge = m_badge->isHidden() ? QSize() : m_badge->sizeHint();
+    direction.setWidth(std::min(direction.width(), width));
+    badge.setWidth(
+        std::max(0, std::min(badge.width(), width - (direction.width() > 0 ? direction.width() + tagSpacing : 0))));
     rowHeight = std::max(direction.height(), badge.height());
     if (rowHeight > 0) {
         int x = 0;

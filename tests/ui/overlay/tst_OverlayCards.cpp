@@ -198,6 +198,7 @@ private Q_SLOTS:
         QVERIFY(word.frame().width() <= 420 && word.frame().height() <= 360);
         QVERIFY(std::ranges::any_of(visibleTexts(word.widget()),
                                     [&](const QString& t) { return t.startsWith(shownStart); }));
+        savePictures(word.widget(), QStringLiteral("word-hostile-%1").arg(QTest::currentDataTag()).replace(' ', '-'));
         word.update(wordView(State::translating(text)));
         QVERIFY(word.frame().height() <= 360);
 
@@ -207,6 +208,8 @@ private Q_SLOTS:
         QVERIFY(std::ranges::any_of(visibleTexts(passage.widget()),
                                     [&](const QString& t) { return t.startsWith(shownStart); }));
         verifyTextIsText(passage.widget());
+        savePictures(passage.widget(),
+                     QStringLiteral("passage-hostile-%1").arg(QTest::currentDataTag()).replace(' ', '-'));
         passage.dismiss();
     }
 
