@@ -137,7 +137,7 @@ int main(int argc, char** argv)
     if (!pictures.isEmpty()) {
         QDir().mkpath(pictures);
         const QList<std::pair<QString, VantorSharePayload>> payloads = {
-            {QStringLiteral("share-flashcard.png"), flashcardSharePayload(card, nullptr)},
+            {QStringLiteral("share-card.png"), flashcardSharePayload(card, nullptr)},
             {QStringLiteral("share-milestone.png"), milestoneSharePayload(milestone)},
             {QStringLiteral("share-app.png"), appSharePayload()},
         };
