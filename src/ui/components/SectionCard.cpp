@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/components/SectionCard.h"
 
+#include "ui/components/TextStyle.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLinearGradient>
@@ -62,9 +64,7 @@ SectionCard::SectionCard(const QString& title, const QIcon& symbol, const QColor
     badge->setAccessibleName(title);
 
     m_title->setTextFormat(Qt::PlainText);
-    QFont titleFont = m_title->font();
-    titleFont.setWeight(QFont::DemiBold);
-    m_title->setFont(titleFont);
+    m_title->setFont(textStyleFont(TextStyle::headline));
 
     auto* header = new QHBoxLayout;
     header->setSpacing(8);

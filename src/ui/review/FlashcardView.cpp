@@ -2,6 +2,7 @@
 #include "ui/review/FlashcardView.h"
 
 #include "core/records/ReviewCard.h"
+#include "ui/components/TextStyle.h"
 
 #include <QEasingCurve>
 #include <QFrame>
@@ -106,23 +107,17 @@ FlashcardView::FlashcardView(QWidget* parent)
     setAccessibleDescription(QStringLiteral("Click to flip"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 
-    QFont frontFont = m_front->font();
-    frontFont.setPointSizeF(26);
-    frontFont.setWeight(QFont::DemiBold);
-    m_front->setFont(frontFont);
+    m_front->setFont(textStyleFont(TextStyle::largeTitle, QFont::DemiBold));
     auto* front = new QWidget;
     auto* frontLayout = new QVBoxLayout(front);
     frontLayout->setContentsMargins(padding, padding, padding, padding);
     frontLayout->addWidget(m_front);
 
-    QFont sourceFont = m_backSource->font();
-    sourceFont.setWeight(QFont::Medium);
-    m_backSource->setFont(sourceFont);
+    m_backSource->setFont(textStyleFont(TextStyle::subheadline, QFont::Medium));
+    m_reading->setFont(textStyleFont(TextStyle::subheadline));
     m_backSource->setPalette(secondary(palette()));
     m_reading->setPalette(secondary(palette()));
-    QFont captionFont = m_context->font();
-    captionFont.setPointSizeF(captionFont.pointSizeF() * 0.85);
-    m_context->setFont(captionFont);
+    m_context->setFont(textStyleFont(TextStyle::caption));
     m_context->setPalette(secondary(palette()));
 
     auto* divider = new QFrame;
@@ -172,6 +167,11 @@ void FlashcardView::showCard(const ReviewCard& card, const std::optional<QString
     m_cardKey = key;
     m_flipped = flipped;
 
+    // Han characters take the glyph forms of the card's language.
+    const QString language = card.targetLanguage.value_or(QString());
+    m_front->setFont(withLanguageFamilies(textStyleFont(TextStyle::largeTitle, QFont::DemiBold),
+                                          cjkLanguageOf(card.sourceText, language)));
+    m_translationLanguage = cjkLanguageOf(card.translation, language);
     m_front->setText(shown(card.sourceText));
     m_backSource->setText(shown(card.sourceText));
     m_translation->setText(shown(card.translation));
@@ -225,14 +225,13 @@ void FlashcardView::startTurn(const QPixmap& from)
 
 void FlashcardView::fitTranslation()
 {
-    QFont font = m_translation->font();
-    font.setWeight(QFont::DemiBold);
-    font.setPointSizeF(translationPointSize);
+    QFont font = withLanguageFamilies(pointSizeFont(translationPointSize, QFont::DemiBold), m_translationLanguage);
     const int available = qMax(1, width() - 2 * padding - 8);
     const int natural = QFontMetrics(font).horizontalAdvance(m_translation->text().section(u'\n', 0, 0));
     if (natural > available) {
         const qreal scale = qMax(smallestTranslationScale, qreal(available) / natural);
-        font.setPointSizeF(translationPointSize * scale);
+        font =
+            withLanguageFamilies(pointSizeFont(translationPointSize * scale, QFont::DemiBold), m_translationLanguage);
     }
     m_translation->setFont(font);
 }

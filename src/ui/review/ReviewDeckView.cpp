@@ -6,6 +6,7 @@
 #include "core/translation/DirectionDetection.h"
 #include "platform/Transliterator.h"
 #include "ui/components/SymbolIcon.h"
+#include "ui/components/TextStyle.h"
 #include "ui/review/DeckExportPane.h"
 #include "ui/review/FlashcardView.h"
 #include "ui/share/SharePayload.h"
@@ -67,10 +68,7 @@ QLabel* symbolLabel(Symbol symbol)
 QLabel* titleLabel(const QString& text)
 {
     QLabel* label = plainLabel(text);
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 1.3);
-    font.setWeight(QFont::DemiBold);
-    label->setFont(font);
+    label->setFont(textStyleFont(TextStyle::title2, QFont::DemiBold));
     return label;
 }
 
@@ -163,6 +161,7 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
     m_progress->setFixedHeight(6);
     m_progress->setAccessibleName(QStringLiteral("Progress"));
     m_progressText->setTextFormat(Qt::PlainText);
+    m_progressText->setFont(textStyleFont(TextStyle::callout));
     auto* header = new QHBoxLayout;
     header->setSpacing(8);
     header->addWidget(m_previous);
