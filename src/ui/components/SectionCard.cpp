@@ -28,6 +28,29 @@ QPixmap whiteSymbol(const QIcon& symbol, qreal ratio)
     return pixmap;
 }
 
+// Drawn at paint time, so the square is sharp at whatever pixel density the window lands on.
+class SectionBadge final : public QWidget
+{
+public:
+    SectionBadge(const QIcon& symbol, const QColor& tint)
+        : m_symbol(symbol)
+        , m_tint(tint)
+    {
+        setFixedSize(SectionCard::badgeSide, SectionCard::badgeSide);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.drawPixmap(0, 0, sectionBadge(m_symbol, m_tint, devicePixelRatioF()));
+    }
+
+private:
+    QIcon m_symbol;
+    QColor m_tint;
+};
+
 } // namespace
 
 QPixmap sectionBadge(const QIcon& symbol, const QColor& tint, qreal devicePixelRatio)
@@ -58,10 +81,7 @@ SectionCard::SectionCard(const QString& title, const QIcon& symbol, const QColor
     , m_content(new QVBoxLayout)
 {
     setAccessibleName(title);
-    auto* badge = new QLabel;
-    badge->setFixedSize(badgeSide, badgeSide);
-    badge->setPixmap(sectionBadge(symbol, tint, devicePixelRatioF()));
-    badge->setAccessibleName(title);
+    auto* badge = new SectionBadge(symbol, tint);
 
     m_title->setTextFormat(Qt::PlainText);
     m_title->setFont(textStyleFont(TextStyle::headline));

@@ -45,15 +45,6 @@ QLabel* plainLabel(QWidget* parent)
     return label;
 }
 
-QPalette secondary(const QPalette& palette)
-{
-    QPalette result = palette;
-    QColor text = palette.color(QPalette::WindowText);
-    text.setAlphaF(0.62f);
-    result.setColor(QPalette::WindowText, text);
-    return result;
-}
-
 } // namespace
 
 // Draws the turning card: the old face narrowing to an edge, then the new face widening from it.
@@ -115,15 +106,16 @@ FlashcardView::FlashcardView(QWidget* parent)
 
     m_backSource->setFont(textStyleFont(TextStyle::subheadline, QFont::Medium));
     m_reading->setFont(textStyleFont(TextStyle::subheadline));
-    m_backSource->setPalette(secondary(palette()));
-    m_reading->setPalette(secondary(palette()));
+    // The palette's quieter text colour, which follows a switch between light and dark.
+    m_backSource->setForegroundRole(QPalette::PlaceholderText);
+    m_reading->setForegroundRole(QPalette::PlaceholderText);
     m_context->setFont(textStyleFont(TextStyle::caption));
-    m_context->setPalette(secondary(palette()));
+    m_context->setForegroundRole(QPalette::PlaceholderText);
 
     auto* divider = new QFrame;
     divider->setFrameShape(QFrame::HLine);
     divider->setFixedWidth(100);
-    divider->setPalette(secondary(palette()));
+    divider->setForegroundRole(QPalette::PlaceholderText);
 
     auto* back = new QWidget;
     auto* backLayout = new QVBoxLayout(back);
@@ -209,7 +201,10 @@ void FlashcardView::startTurn(const QPixmap& from)
         m_turnProgress = value.toReal();
         m_turnOverlay->update();
     });
-    connect(turn, &QVariantAnimation::finished, this, [this] {
+    // Finished or stopped by the next change alike: the faces underneath are current again.
+    connect(turn, &QVariantAnimation::stateChanged, this, [this](QAbstractAnimation::State state) {
+        if (state != QAbstractAnimation::Stopped)
+            return;
         m_turnProgress = 1.0;
         m_turnOverlay->hide();
         m_turnFrom = {};

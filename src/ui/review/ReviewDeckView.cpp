@@ -48,13 +48,10 @@ QLabel* plainLabel(const QString& text = {})
     return label;
 }
 
+// The palette's quieter text colour, which follows a switch between light and dark.
 void makeSecondary(QLabel* label)
 {
-    QPalette palette = label->palette();
-    QColor colour = palette.color(QPalette::WindowText);
-    colour.setAlphaF(0.62f);
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    label->setForegroundRole(QPalette::PlaceholderText);
 }
 
 QLabel* symbolLabel(Symbol symbol)
@@ -231,6 +228,9 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
 
     connect(m_tabs, &QTabBar::currentChanged, this, [this](int index) {
         m_pages->setCurrentIndex(index);
+        // Date ranges count back from now: the count is taken afresh whenever the tab is shown.
+        if (index == 1)
+            m_exportPane->refresh();
         render();
     });
     connect(m_card, &FlashcardView::clicked, this, &ReviewDeckView::flip);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The review window's life (one window, raised while open, fresh after a close), hostile card
 // texts, and the Export tab's footer and save dialog.
+#include "app/AppDelegate.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
 #include "core/setup/Preferences.h"
+#include "fakes/FakePlatform.h"
 #include "fakes/FakeScheduler.h"
 #include "platform/null/MemoryPreferenceStore.h"
 #include "ui/review/DeckExportPane.h"
@@ -78,6 +80,32 @@ private Q_SLOTS:
         f.windows.show();
         QVERIFY(f.windows.window());
         QCOMPARE(f.windows.window()->session().currentIndex(), 0);
+    }
+
+    void aReminderClickAndTolvaneOpenReviewReachTheOneReviewWindow()
+    {
+        QTemporaryDir records;
+        FakePlatform platform;
+        FakeClock clock;
+        FakeScheduler scheduler(&clock);
+        Preferences preferences(*platform.services.preferences);
+        AppDelegate app(platform.services, preferences, clock, scheduler, records.path());
+        app.applicationDidFinishLaunching();
+        app.reviewDeck().addCard(QStringLiteral("a"), QStringLiteral("b"), true, QStringLiteral("ru"),
+                                 DetectedDirection::englishToTarget);
+        auto* windows = app.findChild<ReviewDeckWindowManager*>();
+        QVERIFY(windows && !windows->window());
+
+        const QString cardId = app.reviewDeck().cards().first().id.toString(QUuid::WithoutBraces).toUpper();
+        platform.notifications->delegate->didReceive(
+            {NotificationResponse::defaultActionIdentifier, QStringLiteral("r"), {{QStringLiteral("cardId"), cardId}}});
+        scheduler.runPosted();
+        QPointer<ReviewDeckView> opened = windows->window();
+        QVERIFY(opened && opened->isVisible());
+        QCOMPARE(opened->session().queue().size(), 1);
+
+        QCOMPARE(app.commands().handle({QStringLiteral("open"), QStringLiteral("review")}), QString());
+        QCOMPARE(windows->window(), opened.data());
     }
 
     void hostileTextsAreShownAsPlainTextCutToTheCardAndTheWindowKeepsItsSize()
