@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 #include "app/InstanceCommands.h"
 #include "app/LanguageCommands.h"
+#include "app/StatsCommand.h"
 #include "app/TranslateCommand.h"
 
 namespace tolvane {
@@ -17,6 +18,8 @@ const QList<Subcommand>& subcommands()
          runPosCommand},
         {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
          "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
+        {"stats", "[--json]", "Print the statistics the Usage Stats window shows, from the record files.",
+         runStatsCommand},
         {"open", "settings|guide|review|stats|accessibility-permission|screen-recording-permission",
          "Ask the running Tolvane to open (or raise) one of its windows.", runOpenCommand},
         {"lookup", "", "Ask the running Tolvane to look up the word under the pointer, as a tap of the hotkey would.",
