@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
 
+#include "app/ProgressWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -90,9 +91,10 @@ void AppDelegate::createRecordsAndReminders()
     m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler, [] {
         qCInfo(lcAppDelegate) << "A reminder asked for the review window";
     });
-    m_milestones = std::make_unique<LookupMilestoneManager>(m_preferences, [](const LookupMilestone& milestone) {
-        qCInfo(lcAppDelegate) << "Look-up milestone reached:" << milestone.count;
-    });
+    m_milestones = std::make_unique<LookupMilestoneManager>(
+        m_preferences, [this](const LookupMilestone& milestone) { m_progress->celebrate(milestone); });
+    m_progress = std::make_unique<ProgressWiring>(
+        ProgressSources{m_clock, *m_usageEvents, *m_reviewDeck, *m_confusionLog, *m_milestones}, m_commands);
 }
 
 void AppDelegate::wireHotkey()

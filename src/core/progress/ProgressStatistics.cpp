@@ -12,16 +12,13 @@ TOLVANE_DEFINE_LOG(lcProgressStatistics, "ProgressStatistics")
 
 namespace tolvane {
 
-ProgressStatistics::ProgressStatistics(const Clock& clock, const UsageEventStore& usageEvents,
-                                       const ReviewDeckStore& reviewDeck, const ConfusionLogStore& confusionLog,
-                                       const LookupMilestoneManager& milestones, StatsCalendarSource calendar,
-                                       QObject* parent)
+ProgressStatistics::ProgressStatistics(const ProgressSources& sources, StatsCalendarSource calendar, QObject* parent)
     : QObject(parent)
-    , m_clock(clock)
-    , m_usageEvents(usageEvents)
-    , m_reviewDeck(reviewDeck)
-    , m_confusionLog(confusionLog)
-    , m_milestones(milestones)
+    , m_clock(sources.clock)
+    , m_usageEvents(sources.usageEvents)
+    , m_reviewDeck(sources.reviewDeck)
+    , m_confusionLog(sources.confusionLog)
+    , m_milestones(sources.milestones)
     , m_calendarSource(std::move(calendar))
 {
     m_calendar = m_calendarSource();

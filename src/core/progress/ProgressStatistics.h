@@ -15,6 +15,16 @@ class LookupMilestoneManager;
 class ReviewDeckStore;
 class UsageEventStore;
 
+// Where the statistics come from; all of them outlive the statistics.
+struct ProgressSources
+{
+    const Clock& clock;
+    const UsageEventStore& usageEvents;
+    const ReviewDeckStore& reviewDeck;
+    const ConfusionLogStore& confusionLog;
+    const LookupMilestoneManager& milestones;
+};
+
 // The statistics of the four record sources, kept current as they change: the usage events are
 // counted once, then only the new ones, so an open statistics window costs nothing per paint and
 // little per look-up. Reads only.
@@ -22,9 +32,8 @@ class ProgressStatistics final : public QObject
 {
     Q_OBJECT
 public:
-    ProgressStatistics(const Clock& clock, const UsageEventStore& usageEvents, const ReviewDeckStore& reviewDeck,
-                       const ConfusionLogStore& confusionLog, const LookupMilestoneManager& milestones,
-                       StatsCalendarSource calendar = &StatsCalendar::current, QObject* parent = nullptr);
+    explicit ProgressStatistics(const ProgressSources& sources, StatsCalendarSource calendar = &StatsCalendar::current,
+                                QObject* parent = nullptr);
     ~ProgressStatistics() override;
 
     const ProgressSnapshot& snapshot() const { return m_snapshot; }

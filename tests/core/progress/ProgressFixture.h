@@ -5,6 +5,7 @@
 // still in Berlin and weeks that start on Monday unless a test says otherwise.
 
 #include "core/progress/LookupMilestoneManager.h"
+#include "core/progress/ProgressStatistics.h"
 #include "core/progress/StatsCalendar.h"
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/ReviewDeckStore.h"
@@ -59,6 +60,11 @@ struct ProgressFixture
             std::make_unique<ReviewDeckStore>(clock, scheduler, preferences, *usageEvents, nullptr, dir.path());
         milestones = std::make_unique<LookupMilestoneManager>(
             preferences, [this](const LookupMilestone& milestone) { celebrated.append(milestone); });
+    }
+
+    ProgressSources sources() const
+    {
+        return ProgressSources{clock, *usageEvents, *reviewDeck, *confusionLog, *milestones};
     }
 
     StatsCalendarSource calendarSource()

@@ -52,8 +52,7 @@ private Q_SLOTS:
     void withoutRecordsEverythingIsZeroAndTheFirstMilestoneIsTwentyFiveAway()
     {
         ProgressFixture f;
-        ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                 f.calendarSource());
+        ProgressStatistics stats(f.sources(), f.calendarSource());
         const ProgressSnapshot& s = stats.snapshot();
         QCOMPARE(s.lookups, PeriodCounts{});
         QCOMPARE(s.reviews, PeriodCounts{});
@@ -110,8 +109,7 @@ private Q_SLOTS:
         f.calendar.firstDayOfWeek = Qt::DayOfWeek(firstDayOfWeek);
         f.eventAt(when);
         f.eventAt(when, UsageEventType::review);
-        const ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                       f.calendarSource());
+        const ProgressStatistics stats(f.sources(), f.calendarSource());
         QCOMPARE(stats.snapshot().lookups, expected);
         QCOMPARE(stats.snapshot().reviews, expected);
         QCOMPARE(stats.snapshot().activeDays, 1);
@@ -157,8 +155,7 @@ private Q_SLOTS:
             f.eventAt(f.clock.now().addDays(-ago), UsageEventType::review);
         for (const QString& word : words)
             f.confusionLog->recordLookup(word, QStringLiteral("house"), std::nullopt);
-        const ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                       f.calendarSource());
+        const ProgressStatistics stats(f.sources(), f.calendarSource());
         const ProgressSnapshot& s = stats.snapshot();
         QCOMPARE(s.streak, streak);
         QCOMPARE(s.streak, f.usageEvents->currentStreak());
@@ -195,8 +192,7 @@ private Q_SLOTS:
         ProgressFixture f;
         f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, count);
         f.open();
-        const ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                       f.calendarSource());
+        const ProgressStatistics stats(f.sources(), f.calendarSource());
         QCOMPARE(stats.snapshot().successfulLookups, count);
         QCOMPARE(stats.snapshot().nextMilestone, next);
     }
@@ -205,8 +201,7 @@ private Q_SLOTS:
     {
         ProgressFixture f;
         f.eventAt(f.clock.now().addDays(-1));
-        ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                 f.calendarSource());
+        ProgressStatistics stats(f.sources(), f.calendarSource());
         QSignalSpy changes(&stats, &ProgressStatistics::changed);
         f.lookUp(QStringLiteral("Haus"));
         f.lookUp(QStringLiteral("Haus"));
@@ -245,8 +240,7 @@ private Q_SLOTS:
                 stored.append(randomEvent());
             QVERIFY(writeFile(f.usageEvents->filePath(), UsageEventStore::encode(stored)));
             f.open();
-            ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                     f.calendarSource());
+            ProgressStatistics stats(f.sources(), f.calendarSource());
             for (int batch = 0; batch < 3; ++batch) {
                 if (batch > 0) {
                     for (int i = 0; i < 10; ++i) {
@@ -274,8 +268,7 @@ private Q_SLOTS:
         // 23:30 in Berlin is already tomorrow in Tokyo.
         f.clock.setNow(inBerlin(QDate(2026, 3, 18), QTime(23, 30)));
         f.eventAt(inBerlin(QDate(2026, 3, 18), QTime(12, 0)));
-        ProgressStatistics stats(f.clock, *f.usageEvents, *f.reviewDeck, *f.confusionLog, *f.milestones,
-                                 f.calendarSource());
+        ProgressStatistics stats(f.sources(), f.calendarSource());
         QCOMPARE(stats.snapshot().lookups.today, 1);
         f.calendar.zone = QTimeZone("Asia/Tokyo");
         QCOMPARE(stats.snapshot().lookups.today, 1);
