@@ -8,12 +8,17 @@ namespace tolvane {
 UsageTally::UsageTally(const QTimeZone& zone)
     : m_zone(zone)
     , m_localDays(zone)
+    , m_lastDay(m_days.end())
 {}
 
 void UsageTally::add(const UsageEvent& event)
 {
     ++m_eventCount;
-    DayCounts& day = m_days[m_localDays.dayOf(event.date)];
+    const qint64 dayNumber = m_localDays.dayOf(event.date);
+    // Events come mostly in time order, so most belong to the day of the one before.
+    if (m_lastDay == m_days.end() || m_lastDay->first != dayNumber)
+        m_lastDay = m_days.try_emplace(dayNumber).first;
+    DayCounts& day = m_lastDay->second;
     if (event.type == UsageEventType::lookup) {
         if (day.lookups++ == 0)
             ++m_lookupDayCount;

@@ -52,6 +52,7 @@ private:
     QTimeZone m_zone;
     LocalDays m_localDays;
     std::map<qint64, DayCounts> m_days;
+    std::map<qint64, DayCounts>::iterator m_lastDay;
     qsizetype m_eventCount = 0;
     qint64 m_lookupTotal = 0;
     qint64 m_reviewTotal = 0;
