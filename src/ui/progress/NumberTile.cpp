@@ -3,6 +3,7 @@
 
 #include "core/progress/ProgressTexts.h"
 
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -20,9 +21,11 @@ TabularNumberLabel::TabularNumberLabel(QWidget* parent)
 
 QFont TabularNumberLabel::numberFont(int pixelSize)
 {
-    QFont font;
-    // Quicksand is rounded; DejaVu Sans, always there, is the plain fallback.
-    font.setFamilies({QStringLiteral("Quicksand"), QStringLiteral("DejaVu Sans")});
+    // Quicksand is rounded; DejaVu Sans, always there, is the plain fallback. One family, chosen
+    // here, so that measuring and drawing use the same face.
+    static const QString family = QFontDatabase::hasFamily(QStringLiteral("Quicksand")) ? QStringLiteral("Quicksand")
+                                                                                        : QStringLiteral("DejaVu Sans");
+    QFont font(family);
     font.setPixelSize(pixelSize);
     font.setWeight(QFont::DemiBold);
     return font;
