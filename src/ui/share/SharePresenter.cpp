@@ -21,6 +21,16 @@ SharePresenter::SharePresenter(QObject* parent)
     : QObject(parent)
 {}
 
+SharePresenter& SharePresenter::sharedBy(QObject& owner)
+{
+    const QString name = QStringLiteral("tolvane-share-presenter");
+    if (auto* existing = owner.findChild<SharePresenter*>(name, Qt::FindDirectChildrenOnly))
+        return *existing;
+    auto* presenter = new SharePresenter(&owner);
+    presenter->setObjectName(name);
+    return *presenter;
+}
+
 SharePresenter::~SharePresenter()
 {
     delete m_menu;

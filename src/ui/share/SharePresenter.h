@@ -25,6 +25,10 @@ public:
     explicit SharePresenter(QObject* parent = nullptr);
     ~SharePresenter() override;
 
+    // The one presenter kept by owner (the application's composition root), made on first use, so
+    // that every share button of the application replaces the same menu.
+    static SharePresenter& sharedBy(QObject& owner);
+
     void present(const QString& text, const QImage& image);
     void present(const VantorSharePayload& payload);
     // At a given place on the screen, in logical pixels (tests and keyboard-opened shares).
