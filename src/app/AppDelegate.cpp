@@ -96,7 +96,7 @@ void AppDelegate::createRecordsAndReminders()
     m_milestones = std::make_unique<LookupMilestoneManager>(
         m_preferences, [this](const LookupMilestone& milestone) { m_progress->celebrate(milestone); });
     m_progress = std::make_unique<ProgressWiring>(
-        ProgressSources{m_clock, *m_usageEvents, *m_reviewDeck, *m_confusionLog, *m_milestones}, m_commands);
+        ProgressSources{m_clock, *m_usageEvents, *m_reviewDeck, *m_confusionLog, *m_milestones}, m_commands, *this);
 }
 
 void AppDelegate::wireHotkey()

@@ -8,10 +8,9 @@
 
 namespace tolvane {
 
-ProgressWiring::ProgressWiring(const ProgressSources& sources, InstanceCommands& commands)
-    : m_presenter(std::make_unique<SharePresenter>())
-    , m_stats(std::make_unique<StatsWindowManager>(sources))
-    , m_milestones(std::make_unique<MilestoneWindowManager>(*m_presenter))
+ProgressWiring::ProgressWiring(const ProgressSources& sources, InstanceCommands& commands, QObject& application)
+    : m_stats(std::make_unique<StatsWindowManager>(sources))
+    , m_milestones(std::make_unique<MilestoneWindowManager>(SharePresenter::sharedBy(application)))
 {
     StatsWindowManager* stats = m_stats.get();
     commands.addWindow(QStringLiteral("stats"), [stats] { stats->show(); });

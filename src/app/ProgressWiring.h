@@ -5,11 +5,12 @@
 
 #include <memory>
 
+class QObject;
+
 namespace tolvane {
 
 class InstanceCommands;
 class MilestoneWindowManager;
-class SharePresenter;
 class StatsWindowManager;
 struct LookupMilestone;
 
@@ -18,7 +19,8 @@ struct LookupMilestone;
 class ProgressWiring final
 {
 public:
-    ProgressWiring(const ProgressSources& sources, InstanceCommands& commands);
+    // application: the object that holds the application's one share presenter.
+    ProgressWiring(const ProgressSources& sources, InstanceCommands& commands, QObject& application);
     ~ProgressWiring();
 
     // The milestone manager's handler: opens the celebration before the look-up goes on.
@@ -28,7 +30,6 @@ public:
     MilestoneWindowManager& milestoneWindows() const { return *m_milestones; }
 
 private:
-    std::unique_ptr<SharePresenter> m_presenter;
     std::unique_ptr<StatsWindowManager> m_stats;
     std::unique_ptr<MilestoneWindowManager> m_milestones;
 };
