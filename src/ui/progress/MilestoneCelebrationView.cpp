@@ -100,6 +100,8 @@ MilestoneCelebrationView::MilestoneCelebrationView(const LookupMilestone& milest
     m_notNow->setAccessibleName(t::notNow);
     m_share->setAccessibleName(t::shareMilestone);
     m_share->setDefault(true);
+    for (QPushButton* button : {m_notNow, m_share})
+        button->setMinimumSize(110, 30);
     // The prominent button: filled with the accent colour.
     QPalette prominent = m_share->palette();
     prominent.setColor(QPalette::Button, palette().color(QPalette::Highlight));
@@ -115,12 +117,14 @@ MilestoneCelebrationView::MilestoneCelebrationView(const LookupMilestone& milest
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 20, 24, 20);
     layout->setSpacing(10);
+    layout->addStretch(1);
     layout->addWidget(icon);
     layout->addWidget(headline);
     layout->addWidget(sentence);
     layout->addWidget(card);
-    layout->addStretch(1);
+    layout->addSpacing(8);
     layout->addLayout(buttons);
+    layout->addStretch(1);
 
     connect(m_notNow, &QPushButton::clicked, this, [this] { window()->close(); });
     connect(m_share, &QPushButton::clicked, this, [this] { m_presenter.present(milestoneSharePayload(m_milestone)); });
