@@ -55,17 +55,26 @@ ProgressSnapshot ProgressSnapshot::from(const QList<UsageEvent>& events, const Q
     UsageTally tally(calendar.zone);
     for (const UsageEvent& event : events)
         tally.add(event);
-    const CalendarDays days = CalendarDays::containing(now, calendar);
     ProgressSnapshot snapshot;
-    snapshot.lookups = tally.counts(UsageEventType::lookup, days);
-    snapshot.activeDays = tally.lookupDayCount();
-    snapshot.reviews = tally.counts(UsageEventType::review, days);
+    snapshot.countUsage(tally, CalendarDays::containing(now, calendar));
+    snapshot.countMilestones(successfulLookups);
     snapshot.flashcards = FlashcardCounts::of(cards);
-    snapshot.successfulLookups = successfulLookups;
-    snapshot.nextMilestone = milestoneAfter(successfulLookups);
-    snapshot.streak = tally.streak(days.today);
     snapshot.mostLookedUp = mostLookedUpEntry(confusionLog);
     return snapshot;
+}
+
+void ProgressSnapshot::countUsage(const UsageTally& tally, const CalendarDays& days)
+{
+    lookups = tally.counts(UsageEventType::lookup, days);
+    activeDays = tally.lookupDayCount();
+    reviews = tally.counts(UsageEventType::review, days);
+    streak = tally.streak(days.today);
+}
+
+void ProgressSnapshot::countMilestones(qint64 successfulLookupCount)
+{
+    successfulLookups = successfulLookupCount;
+    nextMilestone = milestoneAfter(successfulLookupCount);
 }
 
 } // namespace tolvane

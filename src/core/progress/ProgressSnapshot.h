@@ -35,6 +35,10 @@ struct ProgressSnapshot
     qint64 streak = 0;
     std::optional<ConfusionLogEntry> mostLookedUp;
 
+    // The figures that come from the usage events and from the look-up count.
+    void countUsage(const UsageTally& tally, const CalendarDays& days);
+    void countMilestones(qint64 successfulLookupCount);
+
     bool showsHighlights() const { return showsStreak() || mostLookedUp.has_value(); }
     bool showsStreak() const { return streak >= 2; }
     bool showsMostLookedUp() const { return mostLookedUp && mostLookedUp->seenCount > 1; }

@@ -72,13 +72,8 @@ void ProgressStatistics::refresh()
         m_tally = std::make_unique<UsageTally>(m_calendar.zone);
         countNewEvents();
     }
-    const CalendarDays days = CalendarDays::containing(m_clock.now(), m_calendar);
-    m_snapshot.lookups = m_tally->counts(UsageEventType::lookup, days);
-    m_snapshot.activeDays = m_tally->lookupDayCount();
-    m_snapshot.reviews = m_tally->counts(UsageEventType::review, days);
-    m_snapshot.successfulLookups = m_milestones.successfulLookupCount();
-    m_snapshot.nextMilestone = milestoneAfter(m_snapshot.successfulLookups);
-    m_snapshot.streak = m_tally->streak(days.today);
+    m_snapshot.countUsage(*m_tally, CalendarDays::containing(m_clock.now(), m_calendar));
+    m_snapshot.countMilestones(m_milestones.successfulLookupCount());
 }
 
 } // namespace tolvane

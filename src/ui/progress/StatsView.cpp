@@ -92,11 +92,24 @@ StatsView::StatsView(const ProgressSources& sources, StatsCalendarSource calenda
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
 
-    connect(m_statistics.get(), &ProgressStatistics::changed, this, &StatsView::render);
+    connect(m_statistics.get(), &ProgressStatistics::changed, this, [this] {
+        // A closed window keeps counting, which is cheap, but is not drawn.
+        if (isVisible())
+            render();
+        else
+            m_stale = true;
+    });
     render();
 }
 
 StatsView::~StatsView() = default;
+
+void StatsView::showEvent(QShowEvent* event)
+{
+    if (m_stale)
+        render();
+    QWidget::showEvent(event);
+}
 
 SectionCard* StatsView::addSection(const QString& title, int symbol, const QColor& tint)
 {
@@ -124,6 +137,7 @@ QList<NumberTile*> StatsView::addTiles(SectionCard* section, const QStringList& 
 
 void StatsView::render()
 {
+    m_stale = false;
     const ProgressSnapshot& s = m_statistics->snapshot();
     const auto fill = [](const QList<NumberTile*>& tiles, const QList<qint64>& values) {
         for (qsizetype i = 0; i < tiles.size(); ++i)

@@ -25,12 +25,16 @@ public:
 
     const ProgressStatistics& statistics() const { return *m_statistics; }
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void render();
     SectionCard* addSection(const QString& title, int symbol, const QColor& tint);
     QList<NumberTile*> addTiles(SectionCard* section, const QStringList& captions, int columns);
 
     std::unique_ptr<ProgressStatistics> m_statistics;
+    bool m_stale = false; // changed while hidden: drawn when shown again
     QWidget* m_column = nullptr;
     QList<NumberTile*> m_lookupTiles;
     QList<NumberTile*> m_reviewTiles;
