@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // On a real desktop: the Usage Stats window of a running Tolvane reads on the accessibility bus
-// as `tolvane stats --json` prints the same files, and opening it again raises the one window;
+// as `tolvane stats --json` prints the same files, a damaged one included, and opening it again
+// raises the one window;
 // celebrations come to the front one after another and "Not Now" closes only its own. The
 // celebration's pictures are saved under out/progress/.
 #include "core/progress/LookupMilestone.h"
@@ -181,6 +182,8 @@ private Q_SLOTS:
             records + QStringLiteral("/confusion_log.json"),
             ConfusionLogStore::encode({{QStringLiteral("Haus"), QStringLiteral("house"), 2, now, {}},
                                        {QStringLiteral("Schmetterling"), QStringLiteral("butterfly"), 4, now, {}}}));
+        // A damaged deck: the command says so and counts no cards; Tolvane sets the file aside.
+        writeJson(records + QStringLiteral("/review_deck.json"), "[{\"id\": \"0A0000");
         writeJson(profile.filePath(QStringLiteral("config/Tolvane/preferences.json")),
                   "{\"successfulWordLookupCount\": 1234}");
 
@@ -191,6 +194,7 @@ private Q_SLOTS:
                            QStringLiteral("tolvane-progress-test-%1").arg(QCoreApplication::applicationPid()));
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("TOLVANE_PLATFORM"), QStringLiteral("linux"));
+        QByteArray errors;
         const auto tolvaneCommand = [&](const QStringList& arguments, QByteArray* output = nullptr) {
             QProcess command;
             command.setProcessEnvironment(environment);
@@ -198,8 +202,14 @@ private Q_SLOTS:
             const bool done = command.waitForFinished(10000) && command.exitCode() == 0;
             if (output)
                 *output = command.readAllStandardOutput();
+            errors = command.readAllStandardError();
             return done;
         };
+        QByteArray printed;
+        QVERIFY(tolvaneCommand({QStringLiteral("stats"), QStringLiteral("--json")}, &printed));
+        QVERIFY2(errors.contains("review_deck.json could not be read"), errors.constData());
+        const QJsonObject expected = QJsonDocument::fromJson(printed).object();
+
         QProcess tolvane;
         tolvane.setProcessEnvironment(environment);
         tolvane.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -209,10 +219,8 @@ private Q_SLOTS:
 
         StatsWindows windows;
         QTRY_VERIFY_WITH_TIMEOUT((windows = statsWindows()).names.contains(QStringLiteral("Today: 3")), 15000);
-        QByteArray printed;
-        QVERIFY(tolvaneCommand({QStringLiteral("stats"), QStringLiteral("--json")}, &printed));
-        const QJsonObject expected = QJsonDocument::fromJson(printed).object();
         QCOMPARE(readAsJson(windows.names), expected);
+        QCOMPARE(expected["flashcards"]["total"].toInteger(), 0);
         QCOMPARE(expected["highlights"]["streak"].toInteger(), 4);
         QCOMPARE(expected["milestones"]["next"].toInteger(), 2500);
 
