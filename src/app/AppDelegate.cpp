@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/ReviewWiring.h"
 
+#include "app/ProgressWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -91,9 +92,10 @@ void AppDelegate::createRecordsAndReminders()
     m_reviewDeck->setReminderPlanner(m_reminders.get());
     m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler,
                                                       [this] { showReviewWindow(*this); });
-    m_milestones = std::make_unique<LookupMilestoneManager>(m_preferences, [](const LookupMilestone& milestone) {
-        qCInfo(lcAppDelegate) << "Look-up milestone reached:" << milestone.count;
-    });
+    m_milestones = std::make_unique<LookupMilestoneManager>(
+        m_preferences, [this](const LookupMilestone& milestone) { m_progress->celebrate(milestone); });
+    m_progress = std::make_unique<ProgressWiring>(
+        ProgressSources{m_clock, *m_usageEvents, *m_reviewDeck, *m_confusionLog, *m_milestones}, m_commands, *this);
 }
 
 void AppDelegate::wireHotkey()

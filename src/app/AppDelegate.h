@@ -16,6 +16,7 @@ class HotkeyManager;
 class ConfusionLogStore;
 class LookupMilestoneManager;
 class NotificationScheduler;
+class ProgressWiring;
 class Preferences;
 class ReminderResponder;
 class ReviewDeckStore;
@@ -46,6 +47,7 @@ public:
     ConfusionLogStore& confusionLog() const { return *m_confusionLog; }
     LookupMilestoneManager& milestones() const { return *m_milestones; }
     HotkeyManager& hotkeys() const { return *m_hotkeys; }
+    ProgressWiring& progress() const { return *m_progress; }
     // What `tolvane open NAME` and `tolvane lookup` reach; each feature adds its entries.
     InstanceCommands& commands() { return m_commands; }
 
@@ -70,6 +72,7 @@ private:
     std::unique_ptr<NotificationScheduler> m_reminders;
     std::unique_ptr<ReminderResponder> m_responder;
     std::unique_ptr<LookupMilestoneManager> m_milestones;
+    std::unique_ptr<ProgressWiring> m_progress;
     std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;

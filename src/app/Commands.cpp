@@ -3,6 +3,7 @@
 #include "app/ExportCommand.h"
 #include "app/InstanceCommands.h"
 #include "app/LanguageCommands.h"
+#include "app/StatsCommand.h"
 #include "app/TranslateCommand.h"
 
 namespace tolvane {
@@ -18,6 +19,8 @@ const QList<Subcommand>& subcommands()
          runPosCommand},
         {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
          "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
+        {"stats", "[--json]", "Print the statistics the Usage Stats window shows, from the record files.",
+         runStatsCommand},
         {"export", "[--format csv|anki] [--status new,knowIt,reviewAgain] [--added all|7|30|90] [--output FILE]",
          "Write the flashcards as the review window's Export tab would, to standard output or FILE.", runExportCommand},
         {"open", "settings|guide|review|stats|accessibility-permission|screen-recording-permission",

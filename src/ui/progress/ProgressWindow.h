@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QSize>
+#include <QString>
+
+class QWidget;
+
+namespace tolvane {
+
+// What the statistics and celebration windows share: a titled, closable window of a fixed
+// content size, centred on the screen under the pointer, and brought to the front on request.
+void makeFixedWindow(QWidget* window, const QString& title, QSize contentSize, bool minimizable);
+void centreOnPointerScreen(QWidget* window);
+void bringToFront(QWidget* window);
+
+} // namespace tolvane

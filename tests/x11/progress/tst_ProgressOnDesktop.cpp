@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// On a real desktop: the Usage Stats window of a running Tolvane reads on the accessibility bus
+// as `tolvane stats --json` prints the same files, a damaged one included, and opening it again
+// raises the one window;
+// celebrations come to the front one after another and "Not Now" closes only its own. The
+// celebration's pictures are saved under out/progress/.
+#include "core/progress/LookupMilestone.h"
+#include "core/progress/ProgressTexts.h"
+#include "core/records/ConfusionLogStore.h"
+#include "core/records/ReviewDeckStore.h"
+#include "core/records/UsageEventStore.h"
+#include "ui/AppearanceApplier.h"
+#include "ui/progress/MilestoneCelebrationView.h"
+#include "ui/progress/MilestoneWindowManager.h"
+#include "ui/share/SharePresenter.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atspi/atspi.h>
+
+#include <memory>
+#include <unistd.h>
+
+using namespace tolvane;
+namespace t = progress_texts;
+
+namespace {
+
+struct GObjectDeleter
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
+
+QString takeString(gchar* text)
+{
+    const QString result = QString::fromUtf8(text ? text : "");
+    g_free(text);
+    return result;
+}
+
+QString nameOf(AtspiAccessible* accessible)
+{
+    return takeString(atspi_accessible_get_name(accessible, nullptr));
+}
+
+void collectNames(AtspiAccessible* accessible, int depth, QStringList& names)
+{
+    if (depth > 20)
+        return;
+    const int count = atspi_accessible_get_child_count(accessible, nullptr);
+    for (int i = 0; i < count; ++i) {
+        AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
+        if (!child)
+            continue;
+        names.append(nameOf(child.get()));
+        collectNames(child.get(), depth + 1, names);
+    }
+}
+
+struct StatsWindows
+{
+    int count = 0;
+    bool active = false;
+    QStringList names; // of everything inside the first, in the order of the tree
+};
+
+// The windows titled "Usage Stats" of other processes, as the bus reports them now. Our own
+// process is left out: it cannot answer the bus while it waits for the answer.
+StatsWindows statsWindows()
+{
+    StatsWindows found;
+    AccessiblePtr desktop(atspi_get_desktop(0));
+    atspi_accessible_clear_cache(desktop.get());
+    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
+    for (int i = 0; i < count; ++i) {
+        AccessiblePtr application(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
+        if (!application || atspi_accessible_get_process_id(application.get(), nullptr) == guint(::getpid()))
+            continue;
+        const int windows = atspi_accessible_get_child_count(application.get(), nullptr);
+        for (int w = 0; w < windows; ++w) {
+            AccessiblePtr window(atspi_accessible_get_child_at_index(application.get(), w, nullptr));
+            if (!window || nameOf(window.get()) != t::statsWindowTitle)
+                continue;
+            if (found.count++ == 0) {
+                collectNames(window.get(), 0, found.names);
+                std::unique_ptr<AtspiStateSet, GObjectDeleter> states{atspi_accessible_get_state_set(window.get())};
+                found.active = states && atspi_state_set_contains(states.get(), ATSPI_STATE_ACTIVE);
+            }
+        }
+    }
+    return found;
+}
+
+// The numbers of the window's sections, in the shape `tolvane stats --json` prints.
+QJsonObject readAsJson(const QStringList& names)
+{
+    const QHash<QString, QString> sectionKeys{{t::lookupsTitle, "lookups"},
+                                              {t::reviewsTitle, "reviews"},
+                                              {t::flashcardsTitle, "flashcards"},
+                                              {t::milestonesTitle, "milestones"}};
+    const QHash<QString, QString> captionKeys{
+        {t::today, "today"},           {t::thisWeek, "thisWeek"},
+        {t::thisMonth, "thisMonth"},   {t::allTime, "allTime"},
+        {t::activeDays, "activeDays"}, {t::newCards, "new"},
+        {t::knowIt, "knowIt"},         {t::reviewAgain, "reviewAgain"},
+        {t::total, "total"},           {t::successfulLookups, "successfulLookups"}};
+    QJsonObject json;
+    QString section;
+    QJsonObject numbers;
+    QJsonObject highlights{{"streak", 0}, {"mostLookedUp", QJsonValue()}};
+    const auto flush = [&] {
+        if (!section.isEmpty())
+            json.insert(section, numbers);
+        numbers = {};
+    };
+    for (const QString& name : names) {
+        if (sectionKeys.contains(name) && sectionKeys.value(name) != section) {
+            flush();
+            section = sectionKeys.value(name);
+        } else if (const qsizetype colon = name.indexOf(QStringLiteral(": "));
+                   colon > 0 && captionKeys.contains(name.left(colon))) {
+            numbers.insert(captionKeys.value(name.left(colon)), QLocale().toLongLong(name.mid(colon + 2)));
+        } else if (name.endsWith(QStringLiteral(" until your next milestone"))) {
+            numbers.insert("next", numbers.value("successfulLookups").toInteger() +
+                                       QLocale().toLongLong(name.section(u' ', 0, 0)));
+        } else if (name.endsWith(QStringLiteral("-day lookup streak"))) {
+            highlights["streak"] = name.section(u'-', 0, 0).toLongLong();
+        } else if (name.startsWith(QStringLiteral("Most looked up: "))) {
+            highlights["mostLookedUp"] = QJsonObject{{"word", name.section(u'"', 1, 1)},
+                                                     {"seenCount", name.section(u'(', -1).chopped(2).toLongLong()}};
+        }
+    }
+    flush();
+    json.insert("highlights", highlights);
+    return json;
+}
+
+void writeJson(const QString& path, const QByteArray& json)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(json);
+}
+
+} // namespace
+
+class TestProgressOnDesktop : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
+            QSKIP("No session bus: run inside scripts/virtual-desktop");
+        atspi_init();
+    }
+
+    void theStatsWindowReadsAsTheCommandPrintsAndOpensOnce()
+    {
+        QTemporaryDir profile;
+        const QString records = profile.filePath(QStringLiteral("data/Tolvane"));
+        QVERIFY(QDir().mkpath(records));
+        QVERIFY(QDir().mkpath(profile.filePath(QStringLiteral("config/Tolvane"))));
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        QList<UsageEvent> events;
+        for (int ago = 3; ago >= 0; --ago) {
+            for (int i = 0; i < 3 + ago; ++i)
+                events.append({UsageEventType::lookup, now.addDays(-ago).addSecs(-60 * (i + 1))});
+            events.append({UsageEventType::review, now.addDays(-ago).addSecs(-30)});
+        }
+        writeJson(records + QStringLiteral("/usage_events.json"), UsageEventStore::encode(events));
+        writeJson(
+            records + QStringLiteral("/confusion_log.json"),
+            ConfusionLogStore::encode({{QStringLiteral("Haus"), QStringLiteral("house"), 2, now, {}},
+                                       {QStringLiteral("Schmetterling"), QStringLiteral("butterfly"), 4, now, {}}}));
+        // A damaged deck: the command says so and counts no cards; Tolvane sets the file aside.
+        writeJson(records + QStringLiteral("/review_deck.json"), "[{\"id\": \"0A0000");
+        writeJson(profile.filePath(QStringLiteral("config/Tolvane/preferences.json")),
+                  "{\"successfulWordLookupCount\": 1234}");
+
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), profile.filePath(QStringLiteral("data")));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), profile.filePath(QStringLiteral("config")));
+        environment.insert(QStringLiteral("TOLVANE_INSTANCE_NAME"),
+                           QStringLiteral("tolvane-progress-test-%1").arg(QCoreApplication::applicationPid()));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        environment.insert(QStringLiteral("TOLVANE_PLATFORM"), QStringLiteral("linux"));
+        QByteArray errors;
+        const auto tolvaneCommand = [&](const QStringList& arguments, QByteArray* output = nullptr) {
+            QProcess command;
+            command.setProcessEnvironment(environment);
+            command.start(QStringLiteral(TOLVANE_BINARY), arguments);
+            const bool done = command.waitForFinished(10000) && command.exitCode() == 0;
+            if (output)
+                *output = command.readAllStandardOutput();
+            errors = command.readAllStandardError();
+            return done;
+        };
+        QByteArray printed;
+        QVERIFY(tolvaneCommand({QStringLiteral("stats"), QStringLiteral("--json")}, &printed));
+        QVERIFY2(errors.contains("review_deck.json could not be read"), errors.constData());
+        const QJsonObject expected = QJsonDocument::fromJson(printed).object();
+
+        QProcess tolvane;
+        tolvane.setProcessEnvironment(environment);
+        tolvane.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        tolvane.start(QStringLiteral(TOLVANE_BINARY), {});
+        QVERIFY(tolvane.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(tolvaneCommand({QStringLiteral("open"), QStringLiteral("stats")}), 15000);
+
+        StatsWindows windows;
+        QTRY_VERIFY_WITH_TIMEOUT((windows = statsWindows()).names.contains(QStringLiteral("Today: 3")), 15000);
+        QCOMPARE(readAsJson(windows.names), expected);
+        QCOMPARE(expected["flashcards"]["total"].toInteger(), 0);
+        QCOMPARE(expected["highlights"]["streak"].toInteger(), 4);
+        QCOMPARE(expected["milestones"]["next"].toInteger(), 2500);
+
+        // Asked again while open: still one window, at the front.
+        QVERIFY(tolvaneCommand({QStringLiteral("open"), QStringLiteral("stats")}));
+        QTest::qWait(500);
+        windows = statsWindows();
+        QCOMPARE(windows.count, 1);
+        QVERIFY(windows.active);
+
+        tolvane.terminate();
+        QVERIFY(tolvane.waitForFinished(10000));
+    }
+
+    void celebrationsComeToTheFrontAndNotNowClosesOnlyItsOwn()
+    {
+        AppearanceApplier appearance;
+        SharePresenter presenter;
+        MilestoneWindowManager windows(presenter);
+        const QString pictures = QStringLiteral(TOLVANE_SOURCE_DIR "/out/progress");
+        QVERIFY(QDir().mkpath(pictures));
+        const LookupMilestone first{25, QStringLiteral("Schmetterling"), QStringLiteral("butterfly"),
+                                    QStringLiteral("de"), DetectedDirection::targetToEnglish};
+        const LookupMilestone second{1000, QStringLiteral("house"), QStringLiteral("дом"), QStringLiteral("ru"),
+                                     DetectedDirection::englishToTarget};
+        appearance.apply(AppearanceMode::light);
+        windows.show(first);
+        MilestoneCelebrationView* firstWindow = windows.window();
+        QVERIFY(QTest::qWaitForWindowExposed(firstWindow));
+        QTRY_VERIFY(firstWindow->isActiveWindow());
+        QVERIFY(firstWindow->grab().save(pictures + QStringLiteral("/celebration-light.png")));
+
+        appearance.apply(AppearanceMode::dark);
+        windows.show(second);
+        MilestoneCelebrationView* secondWindow = windows.window();
+        QVERIFY(QTest::qWaitForWindowExposed(secondWindow));
+        QTRY_VERIFY(secondWindow->isActiveWindow());
+        QVERIFY(firstWindow->isVisible());
+        QVERIFY(secondWindow->grab().save(pictures + QStringLiteral("/celebration-dark.png")));
+
+        QTest::mouseClick(secondWindow->notNowButton(), Qt::LeftButton);
+        QTRY_VERIFY(!secondWindow->isVisible());
+        QVERIFY(firstWindow->isVisible());
+        QCOMPARE(windows.window(), secondWindow);
+        appearance.apply(AppearanceMode::light);
+    }
+};
+
+QTEST_MAIN(TestProgressOnDesktop)
+#include "tst_ProgressOnDesktop.moc"
