@@ -128,7 +128,7 @@ private Q_SLOTS:
     void failedStartupRegistration()
     {
         Rig rig;
-        rig.hotkeys().takenByOthers.append({49, option});
+        rig.hotkeys().takenByOthers.append({49, control | option});
         HotkeyManager& manager = rig.create();
         QVERIFY(!manager.updateHotkey(manager.currentKeyCode(), manager.currentModifiers()));
         QCOMPARE(manager.registrationErrorText(), chooseDifferent);
