@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
+#include "app/ReviewWiring.h"
 
 #include "app/SettingsWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
@@ -58,6 +59,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_reminders->registerCategories();
 
     wireHotkey();
+    wireReview(*this, m_services, m_preferences, m_clock);
 
     m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
@@ -90,8 +92,8 @@ void AppDelegate::createRecordsAndReminders()
     m_reminders = std::make_unique<NotificationScheduler>(*m_services.notifications, m_preferences, m_scheduler,
                                                           [deck] { return deck->cards(); });
     m_reviewDeck->setReminderPlanner(m_reminders.get());
-    m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler, [] {
-        qCInfo(lcAppDelegate) << "A reminder asked for the review window";
+    m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler, [this] {
+        m_commands.handle({"open", "review"});
     });
     m_milestones = std::make_unique<LookupMilestoneManager>(m_preferences, [](const LookupMilestone& milestone) {
         qCInfo(lcAppDelegate) << "Look-up milestone reached:" << milestone.count;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
+#include "app/ExportCommand.h"
 #include "app/InstanceCommands.h"
 #include "app/LanguageCommands.h"
 #include "app/TranslateCommand.h"
@@ -17,6 +18,8 @@ const QList<Subcommand>& subcommands()
          runPosCommand},
         {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
          "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
+        {"export", "[--format csv|anki] [--status new,knowIt,reviewAgain] [--added all|7|30|90] [--output FILE]",
+         "Write the flashcards as the review window's Export tab would, to standard output or FILE.", runExportCommand},
         {"open", "settings|guide|review|stats|accessibility-permission|screen-recording-permission",
          "Ask the running Tolvane to open (or raise) one of its windows.", runOpenCommand},
         {"lookup", "", "Ask the running Tolvane to look up the word under the pointer, as a tap of the hotkey would.",

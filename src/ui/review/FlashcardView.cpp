@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/review/FlashcardView.h"
+
+#include "core/records/ReviewCard.h"
+
+#include <QEasingCurve>
+#include <QFrame>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <QVariantAnimation>
+
+#include <cmath>
+#include <numbers>
+
+namespace tolvane {
+
+namespace {
+
+constexpr int padding = 16;
+constexpr qreal translationPointSize = 22;
+constexpr qreal smallestTranslationScale = 0.6;
+
+QString shown(const QString& text)
+{
+    if (text.size() <= FlashcardView::longestShownText)
+        return text;
+    QString cut = text.left(FlashcardView::longestShownText);
+    if (cut.back().isHighSurrogate())
+        cut.chop(1);
+    return cut + QStringLiteral("\u2026");
+}
+
+QLabel* plainLabel(QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignCenter);
+    // Long texts are clipped by the card rather than pushing the window's layout apart.
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    return label;
+}
+
+QPalette secondary(const QPalette& palette)
+{
+    QPalette result = palette;
+    QColor text = palette.color(QPalette::WindowText);
+    text.setAlphaF(0.62f);
+    result.setColor(QPalette::WindowText, text);
+    return result;
+}
+
+} // namespace
+
+// Draws the turning card: the old face narrowing to an edge, then the new face widening from it.
+class FlashcardTurnOverlay final : public QWidget
+{
+public:
+    explicit FlashcardTurnOverlay(FlashcardView* card)
+        : QWidget(card)
+        , m_card(card)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        const qreal t = m_card->m_turnProgress;
+        const bool firstHalf = t < 0.5;
+        const QPixmap& face = firstHalf ? m_card->m_turnFrom : m_card->m_turnTo;
+        // The spring may overshoot a little past flat; the face then widens just beyond its width.
+        const qreal scale = std::abs(std::cos(t * std::numbers::pi));
+        QPainter painter(this);
+        painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
+        painter.fillRect(rect(), palette().color(QPalette::Window));
+        const qreal faceWidth = width() * scale;
+        const QRectF target((width() - faceWidth) / 2.0, 0, faceWidth, height());
+        QColor edge = palette().color(QPalette::WindowText);
+        edge.setAlphaF(0.14f);
+        painter.setPen(QPen(edge, 1));
+        painter.setBrush(palette().color(QPalette::Base));
+        painter.drawRoundedRect(target.adjusted(0.5, 0.5, -0.5, -0.5), 14 * scale, 14);
+        painter.drawPixmap(target, face, QRectF(face.rect()));
+    }
+
+private:
+    FlashcardView* m_card;
+};
+
+FlashcardView::FlashcardView(QWidget* parent)
+    : QAbstractButton(parent)
+    , m_faces(new QStackedLayout)
+    , m_front(plainLabel(this))
+    , m_backSource(plainLabel(this))
+    , m_translation(plainLabel(this))
+    , m_reading(plainLabel(this))
+    , m_context(plainLabel(this))
+{
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+    setAccessibleDescription(QStringLiteral("Click to flip"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+
+    QFont frontFont = m_front->font();
+    frontFont.setPointSizeF(26);
+    frontFont.setWeight(QFont::DemiBold);
+    m_front->setFont(frontFont);
+    auto* front = new QWidget;
+    auto* frontLayout = new QVBoxLayout(front);
+    frontLayout->setContentsMargins(padding, padding, padding, padding);
+    frontLayout->addWidget(m_front);
+
+    QFont sourceFont = m_backSource->font();
+    sourceFont.setWeight(QFont::Medium);
+    m_backSource->setFont(sourceFont);
+    m_backSource->setPalette(secondary(palette()));
+    m_reading->setPalette(secondary(palette()));
+    QFont captionFont = m_context->font();
+    captionFont.setPointSizeF(captionFont.pointSizeF() * 0.85);
+    m_context->setFont(captionFont);
+    m_context->setPalette(secondary(palette()));
+
+    auto* divider = new QFrame;
+    divider->setFrameShape(QFrame::HLine);
+    divider->setFixedWidth(100);
+    divider->setPalette(secondary(palette()));
+
+    auto* back = new QWidget;
+    auto* backLayout = new QVBoxLayout(back);
+    backLayout->setContentsMargins(padding, padding, padding, padding);
+    backLayout->setSpacing(6);
+    backLayout->addStretch(1);
+    backLayout->addWidget(m_backSource);
+    backLayout->addWidget(divider, 0, Qt::AlignHCenter);
+    backLayout->addWidget(m_translation);
+    backLayout->addWidget(m_reading);
+    backLayout->addWidget(m_context);
+    backLayout->addStretch(1);
+
+    // The faces are not separate stops on the bus: the card itself speaks for them.
+    for (QLabel* label : {m_front, m_backSource, m_translation, m_reading, m_context})
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    front->setAttribute(Qt::WA_TransparentForMouseEvents);
+    back->setAttribute(Qt::WA_TransparentForMouseEvents);
+
+    m_faces->addWidget(front);
+    m_faces->addWidget(back);
+    setLayout(m_faces);
+
+    m_turnOverlay = new FlashcardTurnOverlay(this);
+}
+
+FlashcardView::~FlashcardView() = default;
+
+bool FlashcardView::isTurning() const
+{
+    return m_turn && m_turn->state() == QAbstractAnimation::Running;
+}
+
+void FlashcardView::showCard(const ReviewCard& card, const std::optional<QString>& reading, bool flipped, bool animate)
+{
+    const QString key = card.id.toString() + card.sourceText + card.translation;
+    const bool turning = animate && isVisible() && key == m_cardKey && flipped != m_flipped;
+    QPixmap before;
+    if (turning)
+        before = m_faces->currentWidget()->grab();
+    m_cardKey = key;
+    m_flipped = flipped;
+
+    m_front->setText(shown(card.sourceText));
+    m_backSource->setText(shown(card.sourceText));
+    m_translation->setText(shown(card.translation));
+    m_reading->setText(reading.value_or(QString()));
+    m_reading->setVisible(reading.has_value());
+    m_context->setText(shown(card.context.value_or(QString())));
+    m_context->setVisible(card.context.has_value() && !card.context->trimmed().isEmpty());
+    fitTranslation();
+    m_faces->setCurrentIndex(flipped ? 1 : 0);
+    setAccessibleName(flipped ? QStringLiteral("Card back: ") + shown(card.translation)
+                              : QStringLiteral("Card front: ") + shown(card.sourceText));
+
+    if (turning)
+        startTurn(before);
+    else if (m_turn)
+        m_turn->stop();
+}
+
+void FlashcardView::startTurn(const QPixmap& from)
+{
+    if (m_turn)
+        m_turn->stop();
+    m_turnFrom = from;
+    m_faces->currentWidget()->resize(size());
+    m_turnTo = m_faces->currentWidget()->grab();
+    auto* turn = new QVariantAnimation(this);
+    turn->setStartValue(0.0);
+    turn->setEndValue(1.0);
+    turn->setDuration(flipMilliseconds);
+    // A spring with a damping fraction of about 0.8: quick, with a slight settle at the end.
+    QEasingCurve spring(QEasingCurve::OutBack);
+    spring.setOvershoot(0.6);
+    turn->setEasingCurve(spring);
+    connect(turn, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        m_turnProgress = value.toReal();
+        m_turnOverlay->update();
+    });
+    connect(turn, &QVariantAnimation::finished, this, [this] {
+        m_turnProgress = 1.0;
+        m_turnOverlay->hide();
+        m_turnFrom = {};
+        m_turnTo = {};
+    });
+    m_turn = turn;
+    m_turnProgress = 0.0;
+    m_turnOverlay->setGeometry(rect());
+    m_turnOverlay->show();
+    m_turnOverlay->raise();
+    turn->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void FlashcardView::fitTranslation()
+{
+    QFont font = m_translation->font();
+    font.setWeight(QFont::DemiBold);
+    font.setPointSizeF(translationPointSize);
+    const int available = qMax(1, width() - 2 * padding - 8);
+    const int natural = QFontMetrics(font).horizontalAdvance(m_translation->text().section(u'\n', 0, 0));
+    if (natural > available) {
+        const qreal scale = qMax(smallestTranslationScale, qreal(available) / natural);
+        font.setPointSizeF(translationPointSize * scale);
+    }
+    m_translation->setFont(font);
+}
+
+void FlashcardView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractButton::resizeEvent(event);
+    fitTranslation();
+    m_turnOverlay->setGeometry(rect());
+}
+
+void FlashcardView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor edge = palette().color(QPalette::WindowText);
+    edge.setAlphaF(hasFocus() ? 0.35f : 0.14f);
+    painter.setPen(QPen(edge, 1));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 14, 14);
+}
+
+} // namespace tolvane
