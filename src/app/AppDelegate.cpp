@@ -64,7 +64,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
     m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
-                                                  m_commands, *m_trayMenu);
+                                                  m_commands, *m_trayMenu, *this);
     showTrayWhenAvailable();
 
     const bool onboardingComplete = m_preferences.onboardingComplete();

@@ -14,6 +14,8 @@
 #include "ui/components/WindowActivation.h"
 #include "ui/setup/PermissionWindows.h"
 #include "ui/setup/SettingsWindow.h"
+#include "ui/share/SharePayload.h"
+#include "ui/share/SharePresenter.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -31,7 +33,7 @@ const QString guideName = QStringLiteral("guide");
 
 SettingsWiring::SettingsWiring(PlatformServices& services, Preferences& preferences, Scheduler& scheduler,
                                HotkeyManager& hotkeys, NotificationScheduler& reminders, InstanceCommands& commands,
-                               TrayMenu& tray, QObject* parent)
+                               TrayMenu& tray, QObject& shareOwner, QObject* parent)
     : QObject(parent)
     , m_services(services)
     , m_preferences(preferences)
@@ -55,7 +57,7 @@ SettingsWiring::SettingsWiring(PlatformServices& services, Preferences& preferen
                 qCWarning(lcSettingsWiring).noquote() << refused;
         },
         {},
-        {},
+        [owner = &shareOwner] { SharePresenter::sharedBy(*owner).present(appSharePayload()); },
     });
 
     // The first-run guide comes up at start until it has been finished, once every feature has

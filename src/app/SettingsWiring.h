@@ -29,8 +29,9 @@ class SettingsWiring final : public QObject
 {
     Q_OBJECT
 public:
+    // shareOwner keeps the application's one share menu.
     SettingsWiring(PlatformServices& services, Preferences& preferences, Scheduler& scheduler, HotkeyManager& hotkeys,
-                   NotificationScheduler& reminders, InstanceCommands& commands, TrayMenu& tray,
+                   NotificationScheduler& reminders, InstanceCommands& commands, TrayMenu& tray, QObject& shareOwner,
                    QObject* parent = nullptr);
     ~SettingsWiring() override;
 

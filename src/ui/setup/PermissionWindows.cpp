@@ -4,6 +4,7 @@
 #include "core/setup/AccessibilityPermissionManager.h"
 #include "core/setup/ScreenRecordingPermissionManager.h"
 #include "ui/components/StatusBadge.h"
+#include "ui/setup/SetupSymbols.h"
 #include "ui/setup/SetupTexts.h"
 
 #include <QGuiApplication>
@@ -24,10 +25,10 @@ constexpr int contentWidth = 440;
 class SymbolTile final : public QWidget
 {
 public:
-    SymbolTile(QColor tint, QString symbol, QWidget* parent)
+    SymbolTile(QColor tint, SetupSymbol symbol, QWidget* parent)
         : QWidget(parent)
         , m_tint(tint)
-        , m_symbol(std::move(symbol))
+        , m_symbol(symbol)
     {
         setFixedSize(34, 34);
     }
@@ -43,33 +44,13 @@ protected:
         painter.setPen(Qt::NoPen);
         painter.setBrush(gradient);
         painter.drawRoundedRect(QRectF(rect()), 8, 8);
-        painter.setPen(QPen(Qt::white, 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(Qt::NoBrush);
-        const QRectF r = QRectF(rect()).adjusted(9, 8, -9, -8);
-        if (m_symbol == QLatin1String("accessibility")) {
-            // A person with open arms.
-            painter.setBrush(Qt::white);
-            painter.drawEllipse(QPointF(r.center().x(), r.top() + 2), 2.2, 2.2);
-            painter.setBrush(Qt::NoBrush);
-            painter.drawLine(QPointF(r.left(), r.top() + 7), QPointF(r.right(), r.top() + 7));
-            painter.drawLine(QPointF(r.center().x(), r.top() + 7), QPointF(r.center().x(), r.top() + 12));
-            painter.drawLine(QPointF(r.center().x(), r.top() + 12), QPointF(r.left() + 3, r.bottom()));
-            painter.drawLine(QPointF(r.center().x(), r.top() + 12), QPointF(r.right() - 3, r.bottom()));
-        } else {
-            // A viewfinder's corners around a line of text.
-            const qreal c = 4;
-            painter.drawPolyline(QPolygonF{{r.left(), r.top() + c}, r.topLeft(), {r.left() + c, r.top()}});
-            painter.drawPolyline(QPolygonF{{r.right() - c, r.top()}, r.topRight(), {r.right(), r.top() + c}});
-            painter.drawPolyline(QPolygonF{{r.left(), r.bottom() - c}, r.bottomLeft(), {r.left() + c, r.bottom()}});
-            painter.drawPolyline(QPolygonF{{r.right() - c, r.bottom()}, r.bottomRight(), {r.right(), r.bottom() - c}});
-            painter.drawLine(QPointF(r.left() + 4, r.center().y() - 2), QPointF(r.right() - 4, r.center().y() - 2));
-            painter.drawLine(QPointF(r.left() + 4, r.center().y() + 2), QPointF(r.right() - 7, r.center().y() + 2));
-        }
+        painter.setPen(Qt::white);
+        drawSetupSymbol(painter, m_symbol, QRectF(rect()).adjusted(7, 7, -7, -7));
     }
 
 private:
     QColor m_tint;
-    QString m_symbol;
+    SetupSymbol m_symbol;
 };
 
 QLabel* paragraph(const QString& text, QWidget* parent)
@@ -90,8 +71,7 @@ QLabel* captionLabel(const QString& text, QWidget* parent)
     return label;
 }
 
-QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& header, QColor tint,
-                          const QString& symbol)
+QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& header, QColor tint, SetupSymbol symbol)
 {
     window->setWindowTitle(title);
     auto* column = new QVBoxLayout(window);
@@ -126,7 +106,7 @@ AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermis
     setObjectName(QStringLiteral("accessibility-permission"));
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::accessibilityPermissionTitle(), SetupTexts::accessibilityHeader(),
-                     QColor(0x0A, 0x84, 0xFF), QStringLiteral("accessibility"));
+                     QColor(0x0A, 0x84, 0xFF), SetupSymbol::accessibility);
     column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityWhy(), this)));
     column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::accessibilityGranted(), SetupTexts::accessibilityNotGranted(), this);
@@ -170,7 +150,7 @@ ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecording
     setObjectName(QStringLiteral("screen-recording-permission"));
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::screenRecordingPermissionTitle(), SetupTexts::screenRecordingHeader(),
-                     QColor(0xAF, 0x52, 0xDE), QStringLiteral("text.viewfinder"));
+                     QColor(0xAF, 0x52, 0xDE), SetupSymbol::viewfinder);
     column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingWhy(), this)));
     column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::screenRecordingGranted(), SetupTexts::screenRecordingNotGranted(), this);

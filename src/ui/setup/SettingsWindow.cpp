@@ -13,15 +13,16 @@
 #include "core/support/PlatformWording.h"
 #include "core/support/Scheduler.h"
 #include "ui/HotkeyKeycaps.h"
+#include "ui/components/SectionCard.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/PermissionRow.h"
+#include "ui/setup/SetupSymbols.h"
 #include "ui/setup/SetupTexts.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
@@ -75,19 +76,16 @@ void showMessage(QLabel* label, const QString& text)
     label->setHidden(text.isEmpty());
 }
 
-// A titled section with its content below. The symbol names the section's picture.
-QWidget* section(const QString& title, const QString& symbol, QWidget* parent)
+SectionCard* section(const QString& title, SetupSymbol symbol, QColor tint, QWidget* parent)
 {
-    auto* box = new QGroupBox(title, parent);
-    box->setAccessibleName(title);
-    box->setProperty("symbol", symbol);
-    new QVBoxLayout(box);
-    return box;
+    auto* card = new SectionCard(title, setupSymbolIcon(symbol), tint, parent);
+    card->setAccessibleName(title);
+    return card;
 }
 
-QVBoxLayout* contentOf(QWidget* section)
+QVBoxLayout* contentOf(SectionCard* section)
 {
-    return static_cast<QVBoxLayout*>(section->layout());
+    return section->contentLayout();
 }
 
 } // namespace
@@ -142,7 +140,7 @@ void SettingsWindow::hideEvent(QHideEvent* event)
 
 QWidget* SettingsWindow::buildHotkeySection()
 {
-    QWidget* box = section(SetupTexts::hotkeySection(), QStringLiteral("keyboard"), this);
+    SectionCard* box = section(SetupTexts::hotkeySection(), SetupSymbol::keyboard, QColor(0x0A, 0x84, 0xFF), this);
     auto* row = new QHBoxLayout;
     row->addWidget(plainLabel(SetupTexts::lookupHotkey(), box));
     row->addStretch(1);
@@ -220,7 +218,8 @@ void SettingsWindow::showPendingConflict()
 
 QWidget* SettingsWindow::buildAppearanceSection()
 {
-    QWidget* box = section(SetupTexts::appearanceSection(), QStringLiteral("circle.lefthalf.filled"), this);
+    SectionCard* box =
+        section(SetupTexts::appearanceSection(), SetupSymbol::appearance, QColor(0x5E, 0x5C, 0xE6), this);
     auto* segments = new QWidget(box);
     segments->setAccessibleName(SetupTexts::appearanceSection());
     auto* row = new QHBoxLayout(segments);
@@ -257,7 +256,7 @@ QWidget* SettingsWindow::buildAppearanceSection()
 
 QWidget* SettingsWindow::buildPassageSection()
 {
-    QWidget* box = section(SetupTexts::passageSection(), QStringLiteral("text.quote"), this);
+    SectionCard* box = section(SetupTexts::passageSection(), SetupSymbol::quote, QColor(0x30, 0xB0, 0xC7), this);
     m_passageAutoSave = new QCheckBox(SetupTexts::passageAutoSave(), box);
     contentOf(box)->addWidget(m_passageAutoSave);
     contentOf(box)->addWidget(caption(SetupTexts::passageAutoSaveCaption(), box));
@@ -272,7 +271,8 @@ QWidget* SettingsWindow::buildPassageSection()
 
 QWidget* SettingsWindow::buildAccessibilitySection()
 {
-    QWidget* box = section(SetupTexts::accessibilitySection(), QStringLiteral("accessibility"), this);
+    SectionCard* box =
+        section(SetupTexts::accessibilitySection(), SetupSymbol::accessibility, QColor(0x0A, 0x84, 0xFF), this);
     m_wordHover = new QCheckBox(SetupTexts::wordHoverLookup(), box);
     contentOf(box)->addWidget(m_wordHover);
     contentOf(box)->addWidget(caption(SetupTexts::wordHoverCaption(), box));
@@ -288,7 +288,7 @@ QWidget* SettingsWindow::buildAccessibilitySection()
 
 QWidget* SettingsWindow::buildOcrSection()
 {
-    QWidget* box = section(SetupTexts::ocrSection(), QStringLiteral("text.viewfinder"), this);
+    SectionCard* box = section(SetupTexts::ocrSection(), SetupSymbol::viewfinder, QColor(0xAF, 0x52, 0xDE), this);
     m_ocrFallback = new QCheckBox(SetupTexts::ocrFallback(), box);
     contentOf(box)->addWidget(m_ocrFallback);
     contentOf(box)->addWidget(caption(SetupTexts::ocrCaption(), box));
@@ -329,7 +329,7 @@ QSpinBox* SettingsWindow::durationStepper(const QString& name, const QString& ke
 
 QWidget* SettingsWindow::buildDurationSection()
 {
-    QWidget* box = section(SetupTexts::durationSection(), QStringLiteral("timer"), this);
+    SectionCard* box = section(SetupTexts::durationSection(), SetupSymbol::timer, QColor(0xFF, 0x95, 0x00), this);
     contentOf(box)->addWidget(caption(SetupTexts::durationCaption(), box));
     m_wordDuration = durationStepper(SetupTexts::wordDuration(), PreferenceKey::wordOverlayDurationSeconds);
     m_passageDuration = durationStepper(SetupTexts::passageDuration(), PreferenceKey::passageOverlayDurationSeconds);
@@ -352,7 +352,7 @@ QWidget* SettingsWindow::buildDurationSection()
 
 QWidget* SettingsWindow::buildNotificationSection()
 {
-    QWidget* box = section(SetupTexts::notificationsSection(), QStringLiteral("bell.badge.fill"), this);
+    SectionCard* box = section(SetupTexts::notificationsSection(), SetupSymbol::bell, QColor(0xFF, 0x3B, 0x30), this);
     m_reminderFrequency = new QComboBox(box);
     m_reminderFrequency->setAccessibleName(SetupTexts::reminderFrequency());
     for (const ReminderFrequencyChoice& choice : reminderFrequencyChoices())
