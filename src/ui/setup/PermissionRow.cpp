@@ -6,6 +6,7 @@
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupTexts.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -26,7 +27,7 @@ PermissionRow::PermissionRow(const QString& name, QWidget* parent)
     // A link, not a second button of the same weight.
     m_openSettings->setFlat(true);
     m_openSettings->setCursor(Qt::PointingHandCursor);
-    m_openSettings->setStyleSheet(QStringLiteral("QPushButton { color: palette(link); border: none; padding: 2px; }"));
+    styleLink();
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
     m_message->setHidden(true);
@@ -45,6 +46,19 @@ PermissionRow::PermissionRow(const QString& name, QWidget* parent)
     connect(m_request, &QPushButton::clicked, this, &PermissionRow::requestAccessClicked);
     connect(m_openSettings, &QPushButton::clicked, this, &PermissionRow::openSettingsClicked);
     setGranted(false);
+}
+
+void PermissionRow::styleLink()
+{
+    // Set again on every palette change: a style sheet reads the palette once.
+    m_openSettings->setStyleSheet(QStringLiteral("QPushButton { color: palette(link); border: none; padding: 2px; }"));
+}
+
+void PermissionRow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        styleLink();
+    QWidget::changeEvent(event);
 }
 
 void PermissionRow::setGranted(bool granted)

@@ -33,8 +33,12 @@ Q_SIGNALS:
     void requestAccessClicked();
     void openSettingsClicked();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     PermissionRow(const QString& name, QWidget* parent);
+    void styleLink();
 
     bool m_granted = false;
     StatusBadge* m_badge = nullptr;

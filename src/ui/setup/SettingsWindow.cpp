@@ -22,6 +22,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -101,8 +102,8 @@ SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
     resize(defaultSize);
 
     auto* content = new QWidget;
-    content->setFixedWidth(contentWidth - 24);
     auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(14, 14, 14, 14);
     column->setSpacing(14);
     column->addWidget(buildHotkeySection());
     column->addWidget(buildAppearanceSection());
@@ -113,15 +114,16 @@ SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
     column->addWidget(buildNotificationSection());
     column->addStretch(1);
 
+    // The content follows the window's width, so wrapped captions get the height they need.
     auto* scroll = new QScrollArea(this);
     scroll->setWidget(content);
-    scroll->setWidgetResizable(false);
+    scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setAlignment(Qt::AlignHCenter);
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->addWidget(scroll);
+    setMinimumWidth(contentWidth - 80);
 
     // Every bound control hears of every change of its key, whoever made it.
     connect(&m_services.preferences, &Preferences::changed, this, &SettingsWindow::refresh);
@@ -129,6 +131,24 @@ SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
 }
 
 SettingsWindow::~SettingsWindow() = default;
+
+void SettingsWindow::styleSegments()
+{
+    // One control of three segments, the chosen one in the accent colour. A style sheet reads the
+    // palette when it is set, so it is set again whenever the appearance changes.
+    m_segments->setStyleSheet(QStringLiteral(
+        "QPushButton { border: 1px solid palette(mid); background: palette(button); color: palette(button-text);"
+        " padding: 4px 10px; }"
+        "QPushButton:checked { background: palette(highlight); color: palette(highlighted-text);"
+        " border-color: palette(highlight); }"));
+}
+
+void SettingsWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange && m_segments)
+        styleSegments();
+    QWidget::changeEvent(event);
+}
 
 void SettingsWindow::hideEvent(QHideEvent* event)
 {
@@ -225,6 +245,8 @@ QWidget* SettingsWindow::buildAppearanceSection()
     auto* row = new QHBoxLayout(segments);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
+    m_segments = segments;
+    styleSegments();
     m_appearance = new QButtonGroup(this);
     m_appearance->setExclusive(true);
     const QList<AppearanceChoice>& choices = appearanceChoices();

@@ -64,6 +64,7 @@ public:
 
 protected:
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     QWidget* buildHotkeySection();
@@ -81,6 +82,7 @@ private:
     void refreshOcrLock();
     void refreshReminderFrequency();
     void showPendingConflict();
+    void styleSegments();
 
     SettingsWindowServices m_services;
     std::unique_ptr<HotkeyCaptureCoordinator> m_capture;
@@ -93,6 +95,7 @@ private:
     QLabel* m_validationMessage = nullptr;
     QLabel* m_registrationError = nullptr;
     QPointer<QMessageBox> m_conflictDialog;
+    QWidget* m_segments = nullptr;
     QButtonGroup* m_appearance = nullptr;
     QCheckBox* m_passageAutoSave = nullptr;
     QCheckBox* m_wordHover = nullptr;
