@@ -22,6 +22,8 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
@@ -124,6 +126,50 @@ private Q_SLOTS:
             word->stepDown();
         QCOMPARE(word->text(), QStringLiteral("1 sec"));
         QCOMPARE(rig.preferences.wordOverlayDurationSeconds(), 1.0);
+    }
+
+    void hotkeyCaptureRefusesABareKeyAndTheConflictAnswerDecides_data()
+    {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<quint32>("modifiersAfter");
+        QTest::newRow("Use Anyway") << "Use Anyway" << 256u;
+        QTest::newRow("Choose Different") << "Choose Different" << 6144u;
+    }
+    void hotkeyCaptureRefusesABareKeyAndTheConflictAnswerDecides()
+    {
+        QFETCH(QString, answer);
+        QFETCH(quint32, modifiersAfter);
+        Rig rig;
+        QVERIFY(rig.hotkeys.updateHotkey(49, 6144));
+        auto window = rig.window();
+        window->show();
+        QVERIFY(named<QWidget>(window.get(), QStringLiteral("Ctrl+Alt+Space")));
+        auto* change = named<QPushButton>(window.get(), QStringLiteral("Change…"));
+        QTest::mouseClick(change, Qt::LeftButton);
+        QCOMPARE(change->text(), QStringLiteral("Press combo…"));
+        // A bare key is refused with the message, in this desktop's key names.
+        rig.platform.eventMonitor->sendKey(KeyEvent{KeyEvent::Type::keyDown, 0, 0, QStringLiteral("a"), false});
+        QVERIFY(
+            named<QLabel>(window.get(), QStringLiteral("“A” by itself would stop that key from typing normally. Use "
+                                                       "a modifier combo like Alt+A, Ctrl+A, or the default "
+                                                       "Ctrl+Alt+Space.")));
+        // Super+Space is a well-known shortcut: the user is asked.
+        QCOMPARE(change->text(), QStringLiteral("Change…"));
+        QTest::mouseClick(change, Qt::LeftButton);
+        rig.platform.eventMonitor->sendKey(KeyEvent{KeyEvent::Type::keyDown, 49, 256, QStringLiteral(" "), false});
+        QMessageBox* dialog = window->findChild<QMessageBox*>();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Possible Hotkey Conflict"));
+        QVERIFY(dialog->text().contains(QLatin1String("Switch input source (Super+Space)")));
+        QAbstractButton* chosen = nullptr;
+        for (QAbstractButton* button : dialog->buttons()) {
+            if (button->text() == answer)
+                chosen = button;
+        }
+        QVERIFY(chosen);
+        chosen->click();
+        QTRY_VERIFY(!window->findChild<QMessageBox*>());
+        QCOMPARE(rig.hotkeys.currentCombination(), (HotkeyCombination{49, modifiersAfter}));
     }
 
     void ocrToggleIsLockedWithoutScreenCaptureWhateverItsValue()
