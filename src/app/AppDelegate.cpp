@@ -3,6 +3,7 @@
 #include "app/ReviewWiring.h"
 
 #include "app/ProgressWiring.h"
+#include "app/SettingsWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -61,8 +62,10 @@ void AppDelegate::applicationDidFinishLaunching()
     wireHotkey();
     wireReview(*this, m_services, m_preferences, m_clock);
 
-    m_trayMenu = std::make_unique<TrayMenu>();
+    m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
+    m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
+                                                  m_commands, *m_trayMenu, *this);
     showTrayWhenAvailable();
 
     const bool onboardingComplete = m_preferences.onboardingComplete();
@@ -132,7 +135,8 @@ void AppDelegate::showTrayWhenAvailable()
     // Panels often start after the applications of a session; keep looking, quietly.
     static bool told = false;
     if (!told) {
-        qCInfo(lcAppDelegate) << "No system tray yet; the icon appears when one starts";
+        qCInfo(lcAppDelegate) << "No system tray yet; the icon appears when one starts. Until then, "
+                                 "`tolvane open settings` opens the settings";
         told = true;
     }
     QPointer<AppDelegate> self(this);

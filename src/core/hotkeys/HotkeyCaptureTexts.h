@@ -11,7 +11,7 @@ inline QString bareKey(const QString& k)
 {
     return QStringLiteral("“") + k +
            QStringLiteral("” by itself would stop that key from typing normally. Use a modifier combo like ⌥") + k +
-           QStringLiteral(", ⌃") + k + QStringLiteral(", or the default ⌥Space.");
+           QStringLiteral(", ⌃") + k + QStringLiteral(", or the default ⌃⌥Space.");
 }
 
 inline QString conflictTitle()
@@ -37,6 +37,11 @@ inline QString capturingButton()
 inline QString idleHint()
 {
     return QStringLiteral("Use a modifier combo so normal typing still works. A new combo takes effect immediately.");
+}
+// The first-run guide's hint beside the hotkey, naming the default combination.
+inline QString guideHint()
+{
+    return QStringLiteral("The default (⌃⌥ Space) works great. Add a modifier so normal typing still works.");
 }
 inline QString capturingHint()
 {

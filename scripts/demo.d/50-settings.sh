@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Sourced by scripts/demo. The tray menu, the settings window (light and dark) and both permission
+# windows, under out/settings/.
+tolvane_command() { "$binary" "$@" >>"$out/demo-tolvane.log" 2>&1; }
+set_preference onboardingComplete true
+set_preference appearanceMode '"light"'
+sleep 0.5
+
+# The tray menu, opened with a click on Tolvane's icon in the tray host (found afresh: an earlier
+# step may have restarted Tolvane).
+icon=
+for _ in $(seq 1 100); do
+    icon=$(xwininfo -root -tree 2>/dev/null | grep '("tolvane" "Tolvane")' | grep -E ' [0-9]+x[0-9]+\+' | head -n 1 || true)
+    [ -n "$icon" ] && break
+    sleep 0.1
+done
+read -r w h x y < <(echo "$icon" | sed -E 's/.* ([0-9]+)x([0-9]+)\+-?[0-9]+\+-?[0-9]+ +\+(-?[0-9]+)\+(-?[0-9]+).*/\1 \2 \3 \4/')
+xdotool mousemove $((x + w / 2)) $((y + h / 2)) click 1
+sleep 1
+shot settings/tray-menu
+xdotool key Escape
+sleep 0.3
+
+for mode in light dark; do
+    set_preference appearanceMode "\"$mode\""
+    sleep 0.5
+    tolvane_command open settings
+    id=$(window_id Settings) && xdotool windowsize "$id" 480 880 && xdotool windowmove "$id" 60 10
+    shot_window Settings "settings/settings-$mode"
+    tolvane_command open accessibility-permission
+    shot_window "Accessibility Permission" "settings/accessibility-permission-$mode"
+    tolvane_command open screen-recording-permission
+    shot_window "Screen Recording Permission" "settings/screen-recording-permission-$mode"
+done
+# Every window follows the appearance at once: all three, side by side, just switched to light.
+set_preference appearanceMode '"light"'
+sleep 0.8
+shot settings/all-windows-light
+set_preference appearanceMode '"system"'
+for title in Settings "Accessibility Permission" "Screen Recording Permission"; do
+    id=$(window_id "$title" 1) && xdotool windowclose "$id" 2>/dev/null || true
+done
