@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
 
+#include "app/GuideWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -61,6 +62,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_trayMenu = std::make_unique<TrayMenu>();
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
     showTrayWhenAvailable();
+    m_guide = std::make_unique<GuideWiring>(*this);
 
     const bool onboardingComplete = m_preferences.onboardingComplete();
     QPointer<AppDelegate> self(this);
