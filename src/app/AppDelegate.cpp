@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/GuideWiring.h"
+#include "app/SettingsWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -59,8 +60,10 @@ void AppDelegate::applicationDidFinishLaunching()
 
     wireHotkey();
 
-    m_trayMenu = std::make_unique<TrayMenu>();
+    m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
+    m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
+                                                  m_commands, *m_trayMenu);
     showTrayWhenAvailable();
     m_guide = std::make_unique<GuideWiring>(*this);
 
@@ -131,7 +134,8 @@ void AppDelegate::showTrayWhenAvailable()
     // Panels often start after the applications of a session; keep looking, quietly.
     static bool told = false;
     if (!told) {
-        qCInfo(lcAppDelegate) << "No system tray yet; the icon appears when one starts";
+        qCInfo(lcAppDelegate) << "No system tray yet; the icon appears when one starts. Until then, "
+                                 "`tolvane open settings` opens the settings";
         told = true;
     }
     QPointer<AppDelegate> self(this);

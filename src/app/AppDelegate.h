@@ -21,6 +21,7 @@ class Preferences;
 class ReminderResponder;
 class ReviewDeckStore;
 class Scheduler;
+class SettingsWiring;
 class TrayMenu;
 class UsageEventStore;
 struct PlatformServices;
@@ -41,6 +42,7 @@ public:
     void applicationWillTerminate();
 
     TrayMenu* trayMenu() const { return m_trayMenu.get(); }
+    SettingsWiring* settings() const { return m_settings.get(); }
     ReviewDeckStore& reviewDeck() const { return *m_reviewDeck; }
     NotificationScheduler& reminders() const { return *m_reminders; }
     UsageEventStore& usageEvents() const { return *m_usageEvents; }
@@ -78,6 +80,7 @@ private:
     std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
+    std::unique_ptr<SettingsWiring> m_settings;
     InstanceCommands m_commands;
     std::unique_ptr<GuideWiring> m_guide;
 };

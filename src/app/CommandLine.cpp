@@ -15,7 +15,7 @@ void printHelp(QTextStream& out)
     out << "Usage: tolvane [--help] [--version]\n"
            "       tolvane COMMAND [ARGUMENTS…]\n\n"
            "Without a command, Tolvane starts in the tray: rest the pointer on a word in any\n"
-           "application (or select a passage) and press the look-up hotkey (Alt+Space unless you\n"
+           "application (or select a passage) and press the look-up hotkey (Ctrl+Alt+Space unless you\n"
            "choose another).\n";
     if (!subcommands().isEmpty()) {
         out << "\nCommands (no display needed):\n";

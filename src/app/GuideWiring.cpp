@@ -2,11 +2,11 @@
 #include "app/GuideWiring.h"
 
 #include "app/AppDelegate.h"
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "app/SettingsWiring.h"
 #include "core/support/Logging.h"
 #include "core/translation/LiveTranslationService.h"
 #include "platform/PlatformServices.h"
+#include "ui/components/WindowActivation.h"
 #include "ui/setup/OnboardingGuideView.h"
 
 TOLVANE_DEFINE_LOG(lcGuideWiring, "GuideWiring")
@@ -19,8 +19,6 @@ GuideWiring::GuideWiring(AppDelegate& app, QObject* parent)
 {
     PlatformServices& services = app.services();
     m_translation = std::make_unique<LiveTranslationService>(*services.translationEngine, app.scheduler());
-    m_accessibility = std::make_unique<AccessibilityPermissionManager>(*services.accessibility, app.scheduler());
-    m_screenRecording = std::make_unique<ScreenRecordingPermissionManager>(*services.textRecognizer, app.scheduler());
     app.commands().addWindow(QStringLiteral("guide"), [this] { open(); });
 }
 
@@ -41,12 +39,10 @@ void GuideWiring::open()
         m_view = new OnboardingGuideView(
             OnboardingGuide::Services{m_app.preferences(), m_app.scheduler(), *m_translation, *services.notifications,
                                       m_app.reminders(), *services.eventMonitor, m_app.hotkeys()},
-            *m_accessibility, *m_screenRecording);
+            m_app.settings()->accessibility(), m_app.settings()->screenRecording());
         qCInfo(lcGuideWiring) << "Setup guide opened";
     }
-    m_view->show();
-    m_view->raise();
-    m_view->activateWindow();
+    bringToFront(m_view);
 }
 
 } // namespace tolvane

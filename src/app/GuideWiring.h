@@ -8,11 +8,9 @@
 
 namespace tolvane {
 
-class AccessibilityPermissionManager;
 class AppDelegate;
 class LiveTranslationService;
 class OnboardingGuideView;
-class ScreenRecordingPermissionManager;
 
 // The first-run guide's window, "guide" for `tolvane open`: made anew each time it opens, brought
 // to the front when already open.
@@ -29,8 +27,6 @@ public:
 private:
     AppDelegate& m_app;
     std::unique_ptr<LiveTranslationService> m_translation;
-    std::unique_ptr<AccessibilityPermissionManager> m_accessibility;
-    std::unique_ptr<ScreenRecordingPermissionManager> m_screenRecording;
     QPointer<OnboardingGuideView> m_view;
 };
 

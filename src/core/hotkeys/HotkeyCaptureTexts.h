@@ -11,7 +11,7 @@ inline QString bareKey(const QString& k)
 {
     return QStringLiteral("“") + k +
            QStringLiteral("” by itself would stop that key from typing normally. Use a modifier combo like ⌥") + k +
-           QStringLiteral(", ⌃") + k + QStringLiteral(", or the default ⌥Space.");
+           QStringLiteral(", ⌃") + k + QStringLiteral(", or the default ⌃⌥Space.");
 }
 
 inline QString conflictTitle()

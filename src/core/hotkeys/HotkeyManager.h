@@ -72,8 +72,8 @@ private:
 
     Preferences& m_preferences;
     GlobalHotkeyService& m_service;
-    quint32 m_currentKeyCode = 49;
-    quint32 m_currentModifiers = CarbonModifier::option;
+    quint32 m_currentKeyCode = HotkeyCombination{}.keyCode;
+    quint32 m_currentModifiers = HotkeyCombination{}.modifiers;
     std::optional<QString> m_registrationError;
     bool m_hotKeyRegistered = false;
     bool m_eventHandlerInstalled = false;

@@ -44,7 +44,7 @@ inline const QString hotkeyText =
 inline const QString changeHotkey = QStringLiteral("Change Hotkey…");
 inline const QString pressCombo = QStringLiteral("Press a modifier combo…");
 inline const QString cancel = QStringLiteral("Cancel");
-// defaultKeys: the default combination as the user sees it, caps apart ("⌥ Space").
+// defaultKeys: the default combination in this desktop's key names ("Ctrl+Alt+Space").
 inline QString hotkeyHint(const QString& defaultKeys)
 {
     return QStringLiteral("The default (") + defaultKeys +

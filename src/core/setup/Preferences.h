@@ -15,10 +15,19 @@ namespace tolvane {
 
 // A lookup hotkey: a virtual key code and a modifier mask (Command 256, Shift 512, Option 2048,
 // Control 4096). Key code 4294967295 marks a combination of modifier keys alone.
+//
+// The default is Ctrl+Alt+Space (Space with Control and Option). Alt+Space opens the window menu
+// on GNOME, Cinnamon, MATE, Xfce and openbox and KRunner on KDE Plasma, so the grab fails on a
+// first start there. Ctrl+Alt+Space is bound by none of them as Debian 12 ships them: the
+// gsettings schemas org.gnome.desktop.wm.keybindings, org.gnome.mutter(.wayland).keybindings,
+// org.gnome.shell.keybindings, org.gnome.settings-daemon.plugins.media-keys,
+// org.cinnamon.desktop.keybindings.*, org.mate.Marco.*; KDE's kglobalaccel service files and
+// KWin's built-in bindings; Xfce's xfce4-keyboard-shortcuts.xml; openbox's rc.xml; LXQt's
+// globalkeyshortcuts.conf. Their only Space bindings are Alt+Space, Super+Space, Shift+Super+Space.
 struct HotkeyCombination
 {
     quint32 keyCode = 49;
-    quint32 modifiers = 2048;
+    quint32 modifiers = 4096 | 2048;
 
     static constexpr quint32 modifierOnlyKeyCode = 4294967295u;
     bool isModifierOnly() const { return keyCode == modifierOnlyKeyCode; }

@@ -2,6 +2,9 @@
 #include "core/support/PlatformWording.h"
 
 #include <QLatin1String>
+#include <QStringList>
+
+#include <optional>
 
 namespace tolvane {
 
@@ -37,7 +40,64 @@ bool isWordCharacter(const QString& text, qsizetype at)
     return at >= 0 && at < text.size() && text.at(at).isLetterOrNumber();
 }
 
+struct KeyWording
+{
+    char16_t symbol;
+    QLatin1String here;
+};
+
+constexpr KeyWording keyWordings[] = {
+    {u'⌃', QLatin1String("Ctrl")},
+    {u'⌥', QLatin1String("Alt")},
+    {u'⇧', QLatin1String("Shift")},
+    {u'⌘', QLatin1String("Super")},
+};
+
+std::optional<QLatin1String> keyWord(QChar c)
+{
+    for (const KeyWording& k : keyWordings) {
+        if (c == QChar(k.symbol))
+            return k.here;
+    }
+    return std::nullopt;
+}
+
+// After the symbols, the key they go with: a letter, digit or key symbol, not the punctuation
+// of the sentence around them.
+bool startsKeyName(const QString& text, qsizetype at)
+{
+    if (at >= text.size())
+        return false;
+    const QChar c = text.at(at);
+    return !c.isSpace() && c != u'/' && c != u')' && c != u',' && c != u'.' && c != u';';
+}
+
 } // namespace
+
+QString keysOnThisPlatform(const QString& text)
+{
+    QString result;
+    result.reserve(text.size() + 16);
+    qsizetype i = 0;
+    while (i < text.size()) {
+        if (!keyWord(text.at(i))) {
+            result.append(text.at(i++));
+            continue;
+        }
+        QStringList words;
+        while (i < text.size()) {
+            const auto word = keyWord(text.at(i));
+            if (!word)
+                break;
+            words.append(*word);
+            ++i;
+        }
+        result.append(words.join(u'+'));
+        if (startsKeyName(text, i))
+            result.append(u'+');
+    }
+    return result;
+}
 
 QString onThisPlatform(const QString& text)
 {

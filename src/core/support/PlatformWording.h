@@ -10,4 +10,8 @@ namespace tolvane {
 // table of words lives in PlatformWording.cpp and nowhere else.
 QString onThisPlatform(const QString& text);
 
+// Key symbols in a text said as this desktop's keyboards name them: "⌃⌥Space" is "Ctrl+Alt+Space",
+// "⌥`" is "Alt+`", and a symbol on its own ("⌘/⌥") is the bare name ("Super/Alt").
+QString keysOnThisPlatform(const QString& text);
+
 } // namespace tolvane

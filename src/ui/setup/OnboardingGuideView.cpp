@@ -496,10 +496,8 @@ QWidget* OnboardingGuideView::buildHotkey()
     layout->addWidget(m_validation);
 
     const HotkeyCombination standard;
-    auto* hint =
-        textLabel(Texts::hotkeyHint(
-                      keycapLabels(hotkeyDisplayString(standard.keyCode, standard.modifiers)).join(QLatin1Char(' '))),
-                  page, 12, QFont::Normal, true);
+    const QString standardKeys = keysOnThisPlatform(hotkeyDisplayString(standard.keyCode, standard.modifiers));
+    auto* hint = textLabel(Texts::hotkeyHint(standardKeys), page, 12, QFont::Normal, true);
     hint->setAlignment(Qt::AlignHCenter);
     layout->addWidget(hint);
     layout->addStretch(1);
@@ -560,7 +558,7 @@ QWidget* OnboardingGuideView::buildSummary()
         line->addWidget(caps);
         line->addWidget(last);
         line->addStretch(1);
-        content->setAccessibleName(before + QLatin1Char(' ') + currentHotkeyDisplay() + after);
+        content->setAccessibleName(before + QLatin1Char(' ') + keysOnThisPlatform(currentHotkeyDisplay()) + after);
         layout->addWidget(symbolRow(symbol, accent, content, page));
     };
     keycapSentence(Symbol::pointerRays, Texts::hoverBefore, Texts::hoverAfter);
@@ -702,16 +700,18 @@ void OnboardingGuideView::render()
 
     // Hotkey.
     const QString display = currentHotkeyDisplay();
-    m_keycaps->setDisplayString(display);
-    for (HotkeyKeycaps* caps : std::as_const(m_summaryKeycaps))
+    // The caps keep the symbols; what is read aloud names the keys as this desktop does.
+    for (HotkeyKeycaps* caps : std::as_const(m_summaryKeycaps) + QList<HotkeyKeycaps*>{m_keycaps}) {
         caps->setDisplayString(display);
+        caps->setAccessibleName(keysOnThisPlatform(display));
+    }
     const bool capturing = m_guide.captureCoordinator().isCapturing();
     m_changeHotkey->setText(capturing ? Texts::pressCombo : Texts::changeHotkey);
     m_changeHotkey->setAccessibleName(m_changeHotkey->text());
     m_cancelCapture->setVisible(capturing);
-    QString message = m_guide.captureCoordinator().validationMessageText();
+    QString message = keysOnThisPlatform(m_guide.captureCoordinator().validationMessageText());
     if (message.isEmpty())
-        message = m_hotkeys.registrationErrorText();
+        message = keysOnThisPlatform(m_hotkeys.registrationErrorText());
     m_validation->setText(message);
     m_validation->setAccessibleName(message);
     m_validation->setVisible(!message.isEmpty());

@@ -17,7 +17,7 @@ constexpr quint32 modifierOnly = 4294967295u;
 QString bareKeyText(const QString& k)
 {
     return QStringLiteral("“%1” by itself would stop that key from typing normally. Use a modifier combo like ⌥%1, "
-                          "⌃%1, or the default ⌥Space.")
+                          "⌃%1, or the default ⌃⌥Space.")
         .arg(k);
 }
 

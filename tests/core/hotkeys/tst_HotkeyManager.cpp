@@ -64,11 +64,11 @@ private Q_SLOTS:
         HotkeyManager& manager = rig.create();
         QVERIFY(rig.hotkeys().attempts.isEmpty()); // creation registers nothing
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyKeyCode), qint64(-1));
-        QCOMPARE(manager.currentCombination(), (HotkeyCombination{49, option}));
+        QCOMPARE(manager.currentCombination(), (HotkeyCombination{49, control | option}));
 
         QVERIFY(manager.updateHotkey(manager.currentKeyCode(), manager.currentModifiers()));
         QCOMPARE(rig.stored(PreferenceKey::customHotkeyKeyCode), qint64(49));
-        QCOMPARE(rig.stored(PreferenceKey::customHotkeyModifiers), qint64(2048));
+        QCOMPARE(rig.stored(PreferenceKey::customHotkeyModifiers), qint64(6144));
         rig.verifyOneMechanism();
 
         // Press and release reach the callbacks only for our identifier.

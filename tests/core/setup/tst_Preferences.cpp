@@ -30,7 +30,7 @@ private Q_SLOTS:
         QCOMPARE(prefs.wordOverlayDurationSeconds(), 5.0);
         QCOMPARE(prefs.passageOverlayDurationSeconds(), 3.0);
         QCOMPARE(prefs.notificationIntervalSeconds(), 14400.0);
-        QCOMPARE(prefs.customHotkey(), (HotkeyCombination{49, 2048}));
+        QCOMPARE(prefs.customHotkey(), (HotkeyCombination{49, 6144})); // Ctrl+Alt+Space
         QCOMPARE(prefs.appearanceMode(), AppearanceMode::system);
         QCOMPARE(prefs.successfulWordLookupCount(), 0);
         QVERIFY(prefs.shownLookupMilestones().isEmpty());
@@ -118,8 +118,8 @@ private Q_SLOTS:
         QTest::newRow("modifier-only") << V(qint64(4294967295)) << V(qint64(4096)) << 4294967295u << 4096u;
         QTest::newRow("key not an integer") << V(QStringLiteral("17")) << V(qint64(256)) << 49u << 256u;
         QTest::newRow("key a double") << V(17.0) << V(qint64(256)) << 49u << 256u;
-        QTest::newRow("key negative") << V(qint64(-1)) << V(qint64(256)) << 49u << 2048u;
-        QTest::newRow("mask too large") << V(qint64(17)) << V(qint64(4294967296)) << 49u << 2048u;
+        QTest::newRow("key negative") << V(qint64(-1)) << V(qint64(256)) << 49u << 6144u;
+        QTest::newRow("mask too large") << V(qint64(17)) << V(qint64(4294967296)) << 49u << 6144u;
     }
     void hotkeyFallsBackWhenNotAnIntegerOrOutOfRange()
     {

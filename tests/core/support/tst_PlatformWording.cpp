@@ -27,6 +27,24 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QCOMPARE(onThisPlatform(text), expected);
     }
+
+    void namesKeysAsThisDesktopsKeyboards_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("combination") << QStringLiteral("the default ⌃⌥Space.") << "the default Ctrl+Alt+Space.";
+        QTest::newRow("symbol key then full stop")
+            << QStringLiteral("like ⌥Space or ⌥`.") << "like Alt+Space or Alt+`.";
+        QTest::newRow("bare symbols") << QStringLiteral("(⌘/⌥/⌃/⇧)") << "(Super/Alt/Ctrl/Shift)";
+        QTest::newRow("modifiers alone, order kept") << QStringLiteral("⇧⌘ or ⌃⌥") << "Shift+Super or Ctrl+Alt";
+        QTest::newRow("no symbols") << QStringLiteral("Alt+Tab") << "Alt+Tab";
+    }
+    void namesKeysAsThisDesktopsKeyboards()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        QCOMPARE(keysOnThisPlatform(text), expected);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestPlatformWording)

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QPushButton;
+
+namespace tolvane {
+
+class AccessibilityPermissionManager;
+class ScreenRecordingPermissionManager;
+class StatusBadge;
+
+// A permission and its state: "Accessibility granted", or "… not granted" with the buttons
+// "Request Access" and "Open Settings", and what to do instead when the desktop has no settings
+// window to open. Follows its monitor, so a change made elsewhere shows within a poll.
+class PermissionRow final : public QWidget
+{
+    Q_OBJECT
+public:
+    static PermissionRow* forAccessibility(AccessibilityPermissionManager& manager, QWidget* parent = nullptr);
+    static PermissionRow* forScreenRecording(ScreenRecordingPermissionManager& manager, QWidget* parent = nullptr);
+
+    bool isGranted() const { return m_granted; }
+    void setGranted(bool granted);
+    void setSettingsMessage(const QString& message);
+
+Q_SIGNALS:
+    void requestAccessClicked();
+    void openSettingsClicked();
+
+private:
+    PermissionRow(const QString& name, QWidget* parent);
+
+    bool m_granted = false;
+    StatusBadge* m_badge = nullptr;
+    QPushButton* m_request = nullptr;
+    QPushButton* m_openSettings = nullptr;
+    QLabel* m_message = nullptr;
+};
+
+} // namespace tolvane

@@ -1,0 +1,436 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/setup/SettingsWindow.h"
+
+#include "core/hotkeys/HotkeyCaptureCoordinator.h"
+#include "core/hotkeys/HotkeyCaptureTexts.h"
+#include "core/hotkeys/HotkeyManager.h"
+#include "core/hotkeys/KeyNames.h"
+#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/Preferences.h"
+#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/SettingsChoices.h"
+#include "core/support/Logging.h"
+#include "core/support/PlatformWording.h"
+#include "core/support/Scheduler.h"
+#include "ui/HotkeyKeycaps.h"
+#include "ui/components/StatusBadge.h"
+#include "ui/setup/PermissionRow.h"
+#include "ui/setup/SetupTexts.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+TOLVANE_DEFINE_LOG(lcSettingsWindow, "SettingsWindow")
+
+namespace tolvane {
+
+namespace {
+
+QLabel* caption(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    QFont small = label->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    label->setFont(small);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    return label;
+}
+
+QLabel* plainLabel(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLabel* warningLabel(QWidget* parent)
+{
+    auto* label = plainLabel(QString(), parent);
+    QPalette p = label->palette();
+    p.setColor(QPalette::WindowText, StatusBadge::offColor().darker(115));
+    label->setPalette(p);
+    label->setHidden(true);
+    return label;
+}
+
+void showMessage(QLabel* label, const QString& text)
+{
+    label->setText(text);
+    label->setAccessibleName(text);
+    label->setHidden(text.isEmpty());
+}
+
+// A titled section with its content below. The symbol names the section's picture.
+QWidget* section(const QString& title, const QString& symbol, QWidget* parent)
+{
+    auto* box = new QGroupBox(title, parent);
+    box->setAccessibleName(title);
+    box->setProperty("symbol", symbol);
+    new QVBoxLayout(box);
+    return box;
+}
+
+QVBoxLayout* contentOf(QWidget* section)
+{
+    return static_cast<QVBoxLayout*>(section->layout());
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , m_services(std::move(services))
+    , m_capture(std::make_unique<HotkeyCaptureCoordinator>(m_services.eventMonitor, m_services.hotkeys,
+                                                           m_services.hotkeyService))
+{
+    setWindowTitle(SetupTexts::settingsTitle());
+    setObjectName(QStringLiteral("settings"));
+    resize(defaultSize);
+
+    auto* content = new QWidget;
+    content->setFixedWidth(contentWidth - 24);
+    auto* column = new QVBoxLayout(content);
+    column->setSpacing(14);
+    column->addWidget(buildHotkeySection());
+    column->addWidget(buildAppearanceSection());
+    column->addWidget(buildPassageSection());
+    column->addWidget(buildAccessibilitySection());
+    column->addWidget(buildOcrSection());
+    column->addWidget(buildDurationSection());
+    column->addWidget(buildNotificationSection());
+    column->addStretch(1);
+
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(false);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setAlignment(Qt::AlignHCenter);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(scroll);
+
+    // Every bound control hears of every change of its key, whoever made it.
+    connect(&m_services.preferences, &Preferences::changed, this, &SettingsWindow::refresh);
+    refreshAll();
+}
+
+SettingsWindow::~SettingsWindow() = default;
+
+void SettingsWindow::hideEvent(QHideEvent* event)
+{
+    // A capture must not keep listening to keys once its window is gone.
+    if (m_capture->isCapturing())
+        m_capture->stopCapture();
+    QWidget::hideEvent(event);
+}
+
+QWidget* SettingsWindow::buildHotkeySection()
+{
+    QWidget* box = section(SetupTexts::hotkeySection(), QStringLiteral("keyboard"), this);
+    auto* row = new QHBoxLayout;
+    row->addWidget(plainLabel(SetupTexts::lookupHotkey(), box));
+    row->addStretch(1);
+    m_keycaps = new HotkeyKeycaps(box);
+    row->addWidget(m_keycaps);
+    m_captureButton = new QPushButton(box);
+    row->addWidget(m_captureButton);
+    contentOf(box)->addLayout(row);
+    m_captureHint = caption(QString(), box);
+    contentOf(box)->addWidget(m_captureHint);
+    m_validationMessage = warningLabel(box);
+    contentOf(box)->addWidget(m_validationMessage);
+    m_registrationError = warningLabel(box);
+    contentOf(box)->addWidget(m_registrationError);
+
+    connect(m_captureButton, &QPushButton::clicked, this, [this] {
+        if (m_capture->isCapturing())
+            m_capture->stopCapture();
+        else
+            m_capture->startCapture();
+    });
+    connect(m_capture.get(), &HotkeyCaptureCoordinator::isCapturingChanged, this, &SettingsWindow::refreshHotkey);
+    connect(m_capture.get(), &HotkeyCaptureCoordinator::validationMessageChanged, this, &SettingsWindow::refreshHotkey);
+    connect(m_capture.get(), &HotkeyCaptureCoordinator::pendingConflictChanged, this,
+            &SettingsWindow::showPendingConflict);
+    connect(&m_services.hotkeys, &HotkeyManager::currentKeyCodeChanged, this, &SettingsWindow::refreshHotkey);
+    connect(&m_services.hotkeys, &HotkeyManager::currentModifiersChanged, this, &SettingsWindow::refreshHotkey);
+    connect(&m_services.hotkeys, &HotkeyManager::registrationErrorChanged, this, &SettingsWindow::refreshHotkey);
+    return box;
+}
+
+void SettingsWindow::refreshHotkey()
+{
+    const HotkeyManager& hotkeys = m_services.hotkeys;
+    const QString display = hotkeyDisplayString(hotkeys.currentKeyCode(), hotkeys.currentModifiers());
+    m_keycaps->setDisplayString(display);
+    m_keycaps->setAccessibleName(keysOnThisPlatform(display));
+    const bool capturing = m_capture->isCapturing();
+    m_captureButton->setText(capturing ? HotkeyCaptureTexts::capturingButton() : HotkeyCaptureTexts::changeButton());
+    m_captureButton->setDefault(capturing);
+    m_captureHint->setText(
+        keysOnThisPlatform(capturing ? HotkeyCaptureTexts::capturingHint() : HotkeyCaptureTexts::idleHint()));
+    showMessage(m_validationMessage, keysOnThisPlatform(m_capture->validationMessageText()));
+    showMessage(m_registrationError, hotkeys.registrationErrorText());
+}
+
+void SettingsWindow::showPendingConflict()
+{
+    const auto& pending = m_capture->pendingConflict();
+    if (!pending) {
+        if (m_conflictDialog)
+            m_conflictDialog->close();
+        return;
+    }
+    if (m_conflictDialog)
+        return;
+    auto* dialog = new QMessageBox(QMessageBox::Warning, HotkeyCaptureTexts::conflictTitle(),
+                                   keysOnThisPlatform(pending->conflict.reasons.join(QStringLiteral("\n\n"))),
+                                   QMessageBox::NoButton, this);
+    dialog->setTextFormat(Qt::PlainText);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton* useAnyway = dialog->addButton(HotkeyCaptureTexts::useAnyway(), QMessageBox::AcceptRole);
+    dialog->addButton(HotkeyCaptureTexts::chooseDifferent(), QMessageBox::RejectRole);
+    m_conflictDialog = dialog;
+    connect(dialog, &QMessageBox::finished, this, [this, dialog, useAnyway] {
+        if (!m_capture->pendingConflict())
+            return;
+        if (dialog->clickedButton() == useAnyway)
+            m_capture->confirmPendingConflict();
+        else
+            m_capture->dismissPendingConflict();
+    });
+    dialog->open();
+}
+
+QWidget* SettingsWindow::buildAppearanceSection()
+{
+    QWidget* box = section(SetupTexts::appearanceSection(), QStringLiteral("circle.lefthalf.filled"), this);
+    auto* segments = new QWidget(box);
+    segments->setAccessibleName(SetupTexts::appearanceSection());
+    auto* row = new QHBoxLayout(segments);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    m_appearance = new QButtonGroup(this);
+    m_appearance->setExclusive(true);
+    const QList<AppearanceChoice>& choices = appearanceChoices();
+    for (qsizetype i = 0; i < choices.size(); ++i) {
+        auto* button = new QPushButton(choices.at(i).title, segments);
+        button->setCheckable(true);
+        button->setAccessibleName(choices.at(i).title);
+        button->setAccessibleDescription(SetupTexts::appearanceSection());
+        m_appearance->addButton(button, int(i));
+        row->addWidget(button);
+    }
+    contentOf(box)->addWidget(segments);
+    contentOf(box)->addWidget(caption(SetupTexts::appearanceCaption(), box));
+
+    connect(m_appearance, &QButtonGroup::idClicked, this, [this](int id) {
+        // The application applies the appearance whenever the key changes (here or by hand).
+        m_services.preferences.setString(PreferenceKey::appearanceMode, rawValue(appearanceChoices().at(id).mode));
+    });
+    m_refreshers.insert(PreferenceKey::appearanceMode, [this] {
+        const AppearanceMode mode = m_services.preferences.appearanceMode();
+        const QList<AppearanceChoice>& all = appearanceChoices();
+        for (qsizetype i = 0; i < all.size(); ++i) {
+            if (all.at(i).mode == mode)
+                m_appearance->button(int(i))->setChecked(true);
+        }
+    });
+    return box;
+}
+
+QWidget* SettingsWindow::buildPassageSection()
+{
+    QWidget* box = section(SetupTexts::passageSection(), QStringLiteral("text.quote"), this);
+    m_passageAutoSave = new QCheckBox(SetupTexts::passageAutoSave(), box);
+    contentOf(box)->addWidget(m_passageAutoSave);
+    contentOf(box)->addWidget(caption(SetupTexts::passageAutoSaveCaption(), box));
+    connect(m_passageAutoSave, &QCheckBox::toggled, this,
+            [this](bool on) { m_services.preferences.setBool(PreferenceKey::passageAutoSaveEnabled, on); });
+    m_refreshers.insert(PreferenceKey::passageAutoSaveEnabled, [this] {
+        const QSignalBlocker quiet(m_passageAutoSave);
+        m_passageAutoSave->setChecked(m_services.preferences.passageAutoSaveEnabled());
+    });
+    return box;
+}
+
+QWidget* SettingsWindow::buildAccessibilitySection()
+{
+    QWidget* box = section(SetupTexts::accessibilitySection(), QStringLiteral("accessibility"), this);
+    m_wordHover = new QCheckBox(SetupTexts::wordHoverLookup(), box);
+    contentOf(box)->addWidget(m_wordHover);
+    contentOf(box)->addWidget(caption(SetupTexts::wordHoverCaption(), box));
+    contentOf(box)->addWidget(PermissionRow::forAccessibility(m_services.accessibility, box));
+    connect(m_wordHover, &QCheckBox::toggled, this,
+            [this](bool on) { m_services.preferences.setBool(PreferenceKey::axWordLookupEnabled, on); });
+    m_refreshers.insert(PreferenceKey::axWordLookupEnabled, [this] {
+        const QSignalBlocker quiet(m_wordHover);
+        m_wordHover->setChecked(m_services.preferences.axWordLookupEnabled());
+    });
+    return box;
+}
+
+QWidget* SettingsWindow::buildOcrSection()
+{
+    QWidget* box = section(SetupTexts::ocrSection(), QStringLiteral("text.viewfinder"), this);
+    m_ocrFallback = new QCheckBox(SetupTexts::ocrFallback(), box);
+    contentOf(box)->addWidget(m_ocrFallback);
+    contentOf(box)->addWidget(caption(SetupTexts::ocrCaption(), box));
+    m_ocrLockedNote = plainLabel(SetupTexts::ocrLockedNote(), box);
+    contentOf(box)->addWidget(m_ocrLockedNote);
+    contentOf(box)->addWidget(PermissionRow::forScreenRecording(m_services.screenRecording, box));
+    connect(m_ocrFallback, &QCheckBox::toggled, this,
+            [this](bool on) { m_services.preferences.setBool(PreferenceKey::ocrFallbackEnabled, on); });
+    connect(&m_services.screenRecording, &ScreenRecordingPermissionManager::isGrantedChanged, this,
+            &SettingsWindow::refreshOcrLock);
+    m_refreshers.insert(PreferenceKey::ocrFallbackEnabled, [this] {
+        const QSignalBlocker quiet(m_ocrFallback);
+        m_ocrFallback->setChecked(m_services.preferences.ocrFallbackEnabled());
+    });
+    return box;
+}
+
+void SettingsWindow::refreshOcrLock()
+{
+    const bool granted = m_services.screenRecording.isGranted();
+    m_ocrFallback->setEnabled(granted);
+    m_ocrLockedNote->setHidden(granted);
+}
+
+QSpinBox* SettingsWindow::durationStepper(const QString& name, const QString& key)
+{
+    auto* stepper = new QSpinBox(this);
+    stepper->setRange(OverlayDurationStepper::minimumSeconds, OverlayDurationStepper::maximumSeconds);
+    stepper->setSingleStep(1);
+    stepper->setSuffix(OverlayDurationStepper::suffix);
+    stepper->setAccessibleName(name);
+    // Typing "1" on the way to "10" must not store 1.
+    stepper->setKeyboardTracking(false);
+    connect(stepper, &QSpinBox::valueChanged, this,
+            [this, key](int seconds) { m_services.preferences.setDouble(key, double(seconds)); });
+    return stepper;
+}
+
+QWidget* SettingsWindow::buildDurationSection()
+{
+    QWidget* box = section(SetupTexts::durationSection(), QStringLiteral("timer"), this);
+    contentOf(box)->addWidget(caption(SetupTexts::durationCaption(), box));
+    m_wordDuration = durationStepper(SetupTexts::wordDuration(), PreferenceKey::wordOverlayDurationSeconds);
+    m_passageDuration = durationStepper(SetupTexts::passageDuration(), PreferenceKey::passageOverlayDurationSeconds);
+    auto* form = new QFormLayout;
+    form->addRow(plainLabel(SetupTexts::wordDuration(), box), m_wordDuration);
+    form->addRow(plainLabel(SetupTexts::passageDuration(), box), m_passageDuration);
+    contentOf(box)->addLayout(form);
+    m_refreshers.insert(PreferenceKey::wordOverlayDurationSeconds, [this] {
+        const QSignalBlocker quiet(m_wordDuration);
+        m_wordDuration->setValue(
+            OverlayDurationStepper::displayedSeconds(m_services.preferences.wordOverlayDurationSeconds()));
+    });
+    m_refreshers.insert(PreferenceKey::passageOverlayDurationSeconds, [this] {
+        const QSignalBlocker quiet(m_passageDuration);
+        m_passageDuration->setValue(
+            OverlayDurationStepper::displayedSeconds(m_services.preferences.passageOverlayDurationSeconds()));
+    });
+    return box;
+}
+
+QWidget* SettingsWindow::buildNotificationSection()
+{
+    QWidget* box = section(SetupTexts::notificationsSection(), QStringLiteral("bell.badge.fill"), this);
+    m_reminderFrequency = new QComboBox(box);
+    m_reminderFrequency->setAccessibleName(SetupTexts::reminderFrequency());
+    for (const ReminderFrequencyChoice& choice : reminderFrequencyChoices())
+        m_reminderFrequency->addItem(choice.title, choice.hours);
+    auto* form = new QFormLayout;
+    form->addRow(plainLabel(SetupTexts::reminderFrequency(), box), m_reminderFrequency);
+    contentOf(box)->addLayout(form);
+
+    auto* permission = new QHBoxLayout;
+    m_notificationBadge =
+        new StatusBadge(SetupTexts::notificationsPermitted(), SetupTexts::notificationsNotPermitted(), box);
+    permission->addWidget(m_notificationBadge);
+    permission->addStretch(1);
+    m_openNotificationSettings = new QPushButton(SetupTexts::openNotificationSettings(), box);
+    permission->addWidget(m_openNotificationSettings);
+    contentOf(box)->addLayout(permission);
+    m_notificationMessage = plainLabel(QString(), box);
+    m_notificationMessage->setHidden(true);
+    contentOf(box)->addWidget(m_notificationMessage);
+
+    connect(m_reminderFrequency, &QComboBox::activated, this, [this](int index) {
+        const QList<ReminderFrequencyChoice>& choices = reminderFrequencyChoices();
+        if (index < 0 || index >= choices.size())
+            return; // the hand-edited interval, shown as it is
+        m_services.preferences.setDouble(PreferenceKey::notificationIntervalHours, choices.at(index).hours);
+        // Plan again once this change has settled, so the new spacing applies at once.
+        QPointer<SettingsWindow> self(this);
+        m_services.scheduler.post([self] {
+            if (self && self->m_services.rescheduleReminders)
+                self->m_services.rescheduleReminders();
+        });
+    });
+    connect(m_openNotificationSettings, &QPushButton::clicked, this, [this] {
+        const QString message = m_services.openNotificationSettings ? m_services.openNotificationSettings() : QString();
+        showMessage(m_notificationMessage, message);
+        if (!message.isEmpty())
+            qCInfo(lcSettingsWindow).noquote() << message;
+    });
+    m_refreshers.insert(PreferenceKey::notificationIntervalHours, [this] { refreshReminderFrequency(); });
+    m_refreshers.insert(PreferenceKey::notificationPermissionGranted, [this] {
+        const bool permitted = m_services.preferences.notificationPermissionGranted();
+        m_notificationBadge->setOn(permitted);
+        m_openNotificationSettings->setHidden(permitted);
+        if (permitted)
+            m_notificationMessage->setHidden(true);
+    });
+    return box;
+}
+
+void SettingsWindow::refreshReminderFrequency()
+{
+    const QSignalBlocker quiet(m_reminderFrequency);
+    const qsizetype choiceCount = reminderFrequencyChoices().size();
+    while (m_reminderFrequency->count() > choiceCount)
+        m_reminderFrequency->removeItem(m_reminderFrequency->count() - 1);
+    const double hours = m_services.preferences.notificationIntervalHours();
+    int index = reminderFrequencyIndex(hours);
+    if (index < 0) {
+        // What is in effect, though no choice offers it; choosing a choice replaces it.
+        m_reminderFrequency->addItem(otherReminderFrequencyTitle(hours), hours);
+        index = m_reminderFrequency->count() - 1;
+    }
+    m_reminderFrequency->setCurrentIndex(index);
+}
+
+void SettingsWindow::refresh(const QString& key)
+{
+    const auto refresher = m_refreshers.constFind(key);
+    if (refresher != m_refreshers.cend())
+        (*refresher)();
+}
+
+void SettingsWindow::refreshAll()
+{
+    for (const auto& refresher : std::as_const(m_refreshers))
+        refresher();
+    refreshHotkey();
+    refreshOcrLock();
+}
+
+} // namespace tolvane

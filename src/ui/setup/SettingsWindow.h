@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QHash>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+class QButtonGroup;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QMessageBox;
+class QPushButton;
+class QSpinBox;
+
+namespace tolvane {
+
+class AccessibilityPermissionManager;
+class EventMonitor;
+class GlobalHotkeyService;
+class HotkeyCaptureCoordinator;
+class HotkeyKeycaps;
+class HotkeyManager;
+class PermissionRow;
+class Preferences;
+class Scheduler;
+class ScreenRecordingPermissionManager;
+class StatusBadge;
+
+// What the settings window works with. The callbacks are the composition root's: plan the
+// reminders again; open the desktop's notification settings (an empty answer on success, else
+// what the user can do instead).
+struct SettingsWindowServices
+{
+    Preferences& preferences;
+    AccessibilityPermissionManager& accessibility;
+    ScreenRecordingPermissionManager& screenRecording;
+    HotkeyManager& hotkeys;
+    EventMonitor& eventMonitor;
+    GlobalHotkeyService& hotkeyService;
+    Scheduler& scheduler;
+    std::function<void()> rescheduleReminders;
+    std::function<QString()> openNotificationSettings;
+};
+
+// The one place to change the preferences after the first-run guide. Every control shows the
+// value in effect and writes its key only when the user changes it, so a hand edit of the
+// preference file (even a wrong-typed or absurd one) is shown, clamped, and left in the file.
+class SettingsWindow final : public QWidget
+{
+    Q_OBJECT
+public:
+    static constexpr int contentWidth = 480;
+    static constexpr QSize defaultSize{480, 520};
+
+    explicit SettingsWindow(SettingsWindowServices services, QWidget* parent = nullptr);
+    ~SettingsWindow() override;
+
+    HotkeyCaptureCoordinator& captureCoordinator() const { return *m_capture; }
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QWidget* buildHotkeySection();
+    QWidget* buildAppearanceSection();
+    QWidget* buildPassageSection();
+    QWidget* buildAccessibilitySection();
+    QWidget* buildOcrSection();
+    QWidget* buildDurationSection();
+    QWidget* buildNotificationSection();
+    QSpinBox* durationStepper(const QString& name, const QString& key);
+
+    void refresh(const QString& key);
+    void refreshAll();
+    void refreshHotkey();
+    void refreshOcrLock();
+    void refreshReminderFrequency();
+    void showPendingConflict();
+
+    SettingsWindowServices m_services;
+    std::unique_ptr<HotkeyCaptureCoordinator> m_capture;
+    // Per preference key, how its control shows the value in effect.
+    QHash<QString, std::function<void()>> m_refreshers;
+
+    HotkeyKeycaps* m_keycaps = nullptr;
+    QPushButton* m_captureButton = nullptr;
+    QLabel* m_captureHint = nullptr;
+    QLabel* m_validationMessage = nullptr;
+    QLabel* m_registrationError = nullptr;
+    QPointer<QMessageBox> m_conflictDialog;
+    QButtonGroup* m_appearance = nullptr;
+    QCheckBox* m_passageAutoSave = nullptr;
+    QCheckBox* m_wordHover = nullptr;
+    QCheckBox* m_ocrFallback = nullptr;
+    QLabel* m_ocrLockedNote = nullptr;
+    QSpinBox* m_wordDuration = nullptr;
+    QSpinBox* m_passageDuration = nullptr;
+    QComboBox* m_reminderFrequency = nullptr;
+    StatusBadge* m_notificationBadge = nullptr;
+    QPushButton* m_openNotificationSettings = nullptr;
+    QLabel* m_notificationMessage = nullptr;
+};
+
+} // namespace tolvane
