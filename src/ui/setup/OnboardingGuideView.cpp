@@ -250,14 +250,22 @@ public:
         : QAbstractButton(parent)
         , m_option(option)
     {
-        setCheckable(true);
-        setAutoExclusive(false);
+        // A plain button, so that a press from the accessibility bus is a click like any other.
         setAccessibleName(option.name);
         setFocusPolicy(Qt::StrongFocus);
         setCursor(Qt::PointingHandCursor);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     }
     const LanguageOption& option() const { return m_option; }
+    bool isChosen() const { return m_chosen; }
+    void setChosen(bool chosen)
+    {
+        if (chosen == m_chosen)
+            return;
+        m_chosen = chosen;
+        setAccessibleDescription(chosen ? QStringLiteral("Chosen") : QString());
+        update();
+    }
     QSize sizeHint() const override { return {220, 34}; }
 
 protected:
@@ -267,9 +275,9 @@ protected:
         p.setRenderHint(QPainter::Antialiasing);
         const QColor accent = palette().color(QPalette::Highlight);
         const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-        QColor fill = isChecked() ? accent : palette().color(QPalette::PlaceholderText);
-        fill.setAlphaF(isChecked() ? 0.16f : (underMouse() ? 0.12f : 0.06f));
-        p.setPen(isChecked() ? QPen(accent, 1.5) : Qt::NoPen);
+        QColor fill = m_chosen ? accent : palette().color(QPalette::PlaceholderText);
+        fill.setAlphaF(m_chosen ? 0.16f : (underMouse() ? 0.12f : 0.06f));
+        p.setPen(m_chosen ? QPen(accent, 1.5) : Qt::NoPen);
         p.setBrush(fill);
         p.drawRoundedRect(box, 8, 8);
 
@@ -296,11 +304,11 @@ protected:
         }
         QFont f = font();
         f.setPixelSize(13);
-        f.setWeight(isChecked() ? QFont::DemiBold : QFont::Normal);
+        f.setWeight(m_chosen ? QFont::DemiBold : QFont::Normal);
         p.setFont(f);
         p.setPen(palette().color(QPalette::WindowText));
         p.drawText(QRectF(46, 0, width() - 46 - 30, height()), Qt::AlignVCenter | Qt::AlignLeft, m_option.name);
-        if (isChecked()) {
+        if (m_chosen) {
             const QPixmap mark = symbolPixmap(Symbol::checkCircleFilled, 16, accent, devicePixelRatioF());
             p.drawPixmap(QPointF(width() - 26, (height() - 16) / 2.0), mark);
         }
@@ -318,6 +326,7 @@ protected:
 
 private:
     LanguageOption m_option;
+    bool m_chosen = false;
 };
 
 bool OnboardingGuideView::canDrawFlags()
@@ -551,14 +560,13 @@ QWidget* OnboardingGuideView::buildSummary()
         auto* first = textLabel(before, content);
         first->setWordWrap(false);
         auto* caps = new HotkeyKeycaps(currentHotkeyDisplay(), 11, content);
-        m_summaryKeycaps.append(caps);
+        m_keycapSentences.append({content, caps, before, after});
         auto* last = textLabel(after.trimmed(), content);
         last->setWordWrap(false);
         line->addWidget(first);
         line->addWidget(caps);
         line->addWidget(last);
         line->addStretch(1);
-        content->setAccessibleName(before + QLatin1Char(' ') + keysOnThisPlatform(currentHotkeyDisplay()) + after);
         layout->addWidget(symbolRow(symbol, accent, content, page));
     };
     keycapSentence(Symbol::pointerRays, Texts::hoverBefore, Texts::hoverAfter);
@@ -676,7 +684,7 @@ void OnboardingGuideView::render()
     // Language: the chosen row is marked once a language was picked in this guide.
     const QString chosen = m_guide.hasSelectedLanguage() ? m_preferences.targetLanguage() : QString();
     for (LanguageRow* row : std::as_const(m_languageRows))
-        row->setChecked(row->option().code == chosen);
+        row->setChosen(row->option().code == chosen);
     const qreal dpr = devicePixelRatioF();
     m_downloadProgress->setVisible(m_guide.isDownloadingModel());
     m_downloadSymbol->setVisible(!m_guide.isDownloadingModel());
@@ -701,9 +709,13 @@ void OnboardingGuideView::render()
     // Hotkey.
     const QString display = currentHotkeyDisplay();
     // The caps keep the symbols; what is read aloud names the keys as this desktop does.
-    for (HotkeyKeycaps* caps : std::as_const(m_summaryKeycaps) + QList<HotkeyKeycaps*>{m_keycaps}) {
-        caps->setDisplayString(display);
-        caps->setAccessibleName(keysOnThisPlatform(display));
+    m_keycaps->setDisplayString(display);
+    m_keycaps->setAccessibleName(keysOnThisPlatform(display));
+    for (const KeycapSentence& sentence : std::as_const(m_keycapSentences)) {
+        sentence.keycaps->setDisplayString(display);
+        sentence.keycaps->setAccessibleName(keysOnThisPlatform(display));
+        sentence.line->setAccessibleName(sentence.before + QLatin1Char(' ') + keysOnThisPlatform(display) +
+                                         sentence.after);
     }
     const bool capturing = m_guide.captureCoordinator().isCapturing();
     m_changeHotkey->setText(capturing ? Texts::pressCombo : Texts::changeHotkey);

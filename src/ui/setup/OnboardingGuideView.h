@@ -70,7 +70,14 @@ private:
     QPushButton* m_cancelCapture = nullptr;
     QLabel* m_validation = nullptr;
     QComboBox* m_frequency = nullptr;
-    QList<HotkeyKeycaps*> m_summaryKeycaps;
+    struct KeycapSentence
+    {
+        QWidget* line;
+        HotkeyKeycaps* keycaps;
+        QString before;
+        QString after;
+    };
+    QList<KeycapSentence> m_keycapSentences;
     QLabel* m_accessibilityStatus = nullptr;
     QLabel* m_accessibilitySymbol = nullptr;
     QLabel* m_screenRecordingStatus = nullptr;
