@@ -45,10 +45,11 @@ bool isShowing(AtspiAccessible* node)
     return states && atspi_state_set_contains(states.get(), ATSPI_STATE_SHOWING);
 }
 
-// The first showing element under node whose name is name (any, when empty) and whose role is
-// role (any, when invalid).
+// The first showing element under node whose name is name (any, when empty; or any name that
+// starts with it, when it ends in "…") and whose role is role (any, when invalid).
 Accessible find(AtspiAccessible* node, const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int depth = 0)
 {
+    const bool prefix = name.size() > 1 && name.endsWith(u'…');
     if (depth > 30)
         return nullptr;
     const int count = atspi_accessible_get_child_count(node, nullptr);
@@ -56,8 +57,9 @@ Accessible find(AtspiAccessible* node, const QString& name, AtspiRole role = ATS
         Accessible child(atspi_accessible_get_child_at_index(node, i, nullptr));
         if (!child || !isShowing(child.get()))
             continue;
-        if ((name.isEmpty() || nameOf(child.get()) == name) &&
-            (role == ATSPI_ROLE_INVALID || atspi_accessible_get_role(child.get(), nullptr) == role))
+        const QString childName = nameOf(child.get());
+        const bool named = name.isEmpty() || childName == name || (prefix && childName.startsWith(name.chopped(1)));
+        if (named && (role == ATSPI_ROLE_INVALID || atspi_accessible_get_role(child.get(), nullptr) == role))
             return child;
         if (Accessible found = find(child.get(), name, role, depth + 1))
             return found;
@@ -159,9 +161,17 @@ class TestGuideWalkthrough final : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        const QString dictionaries = QStringLiteral(TOLVANE_SOURCE_DIR "/data/dictionaries");
-        if (!QFile::exists(dictionaries + QStringLiteral("/en-fr.tdict")))
+        const QString compiled = QStringLiteral(TOLVANE_SOURCE_DIR "/data/dictionaries/en-fr.tdict");
+        if (!QFile::exists(compiled))
             QSKIP("The English → French dictionary is not compiled here: run scripts/setup");
+        // French as compiled, German damaged, the rest missing.
+        const QString dictionaries = m_profile.filePath(QStringLiteral("dictionaries"));
+        QVERIFY(QDir().mkpath(dictionaries));
+        QVERIFY(QFile::link(compiled, dictionaries + QStringLiteral("/en-fr.tdict")));
+        QFile damaged(dictionaries + QStringLiteral("/en-de.tdict"));
+        QVERIFY(damaged.open(QIODevice::WriteOnly));
+        damaged.write(QByteArray(4096, '\x5a'));
+        damaged.close();
         if (QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty())
             QSKIP("xdotool is missing: run scripts/setup");
         atspi_init();
@@ -198,7 +208,7 @@ private Q_SLOTS:
         }
     }
 
-    void aNewUserGoesThroughTheGuideAndItsChoicesAreKept()
+    void aNewUserRetriesPastADamagedDictionaryFinishesTheGuideAndItsChoicesAreKept()
     {
         // The guide comes up by itself while it has never been finished.
         QVERIFY2(guideWindow(), "The setup guide did not open at the first start");
@@ -209,6 +219,10 @@ private Q_SLOTS:
         // Continue waits for the language's model.
         Accessible next = waitFor(QStringLiteral("Continue"), ATSPI_ROLE_PUSH_BUTTON);
         QVERIFY(next && !isEnabled(next.get()));
+        pressButton(QStringLiteral("German"));
+        QVERIFY2(waitFor(QStringLiteral("Download failed")), "A damaged dictionary did not fail the preparation");
+        QVERIFY(waitFor(QStringLiteral("The dictionary file …")));
+        QVERIFY(!isEnabled(next.get()));
         pressButton(QStringLiteral("French"));
         QVERIFY2(waitFor(QStringLiteral("Language model ready"), ATSPI_ROLE_INVALID, 30000),
                  "The French model never became ready");
