@@ -11,6 +11,7 @@
 #include "core/translation/LanguageTable.h"
 #include "ui/HotkeyKeycaps.h"
 #include "ui/components/StepProgressDots.h"
+#include "ui/components/TextStyle.h"
 #include "ui/setup/WelcomeTranslationDemo.h"
 
 #include <QAbstractButton>
@@ -27,6 +28,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <optional>
 
 namespace tolvane {
 
@@ -193,16 +195,13 @@ QLabel* symbolLabel(Symbol symbol, int size, const QColor& color, QWidget* paren
     return label;
 }
 
-QLabel* textLabel(const QString& text, QWidget* parent, qreal pixelSize = 13, QFont::Weight weight = QFont::Normal,
-                  bool secondary = false)
+QLabel* textLabel(const QString& text, QWidget* parent, TextStyle style = TextStyle::body,
+                  std::optional<QFont::Weight> weight = std::nullopt, bool secondary = false)
 {
     auto* label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    QFont f = label->font();
-    f.setPixelSize(int(pixelSize));
-    f.setWeight(weight);
-    label->setFont(f);
+    label->setFont(textStyleFont(style, weight));
     if (secondary)
         label->setForegroundRole(QPalette::PlaceholderText);
     label->setAccessibleName(text);
@@ -234,9 +233,9 @@ QWidget* symbolRow(Symbol symbol, const QColor& color, QWidget* content, QWidget
 // The title block of a step: an optional symbol, a title and a text.
 void addHeader(QVBoxLayout* layout, QWidget* page, const QString& title, const QString& text)
 {
-    layout->addWidget(textLabel(title, page, 22, QFont::Bold));
+    layout->addWidget(textLabel(title, page, TextStyle::title1, QFont::Bold));
     if (!text.isEmpty())
-        layout->addWidget(textLabel(text, page, 13, QFont::Normal, true));
+        layout->addWidget(textLabel(text, page, TextStyle::body, std::nullopt, true));
     layout->addSpacing(8);
 }
 
@@ -290,10 +289,7 @@ protected:
             p.drawText(flagBox, Qt::AlignCenter, m_option.flag);
         } else {
             // Without a colour emoji font the flag would be an empty box: the code reads better.
-            QFont f = font();
-            f.setPixelSize(10);
-            f.setBold(true);
-            p.setFont(f);
+            p.setFont(textStyleFont(TextStyle::caption, QFont::Bold));
             p.setPen(Qt::NoPen);
             QColor chip = palette().color(QPalette::PlaceholderText);
             chip.setAlphaF(0.25f);
@@ -302,10 +298,7 @@ protected:
             p.setPen(palette().color(QPalette::WindowText));
             p.drawText(flagBox, Qt::AlignCenter, labelCode(m_option.code));
         }
-        QFont f = font();
-        f.setPixelSize(13);
-        f.setWeight(m_chosen ? QFont::DemiBold : QFont::Normal);
-        p.setFont(f);
+        p.setFont(textStyleFont(TextStyle::body, m_chosen ? QFont::DemiBold : QFont::Normal));
         p.setPen(palette().color(QPalette::WindowText));
         p.drawText(QRectF(46, 0, width() - 46 - 30, height()), Qt::AlignVCenter | Qt::AlignLeft, m_option.name);
         if (m_chosen) {
@@ -405,10 +398,10 @@ QWidget* OnboardingGuideView::buildWelcome(Scheduler& scheduler)
     layout->setContentsMargins(40, 28, 40, 12);
     layout->setSpacing(8);
     layout->addWidget(symbolLabel(Symbol::bubbleFilled, 52, accentColor(this), page), 0, Qt::AlignHCenter);
-    auto* title = textLabel(Texts::welcomeTitle, page, 24, QFont::Bold);
+    auto* title = textLabel(Texts::welcomeTitle, page, TextStyle::largeTitle, QFont::Bold);
     title->setAlignment(Qt::AlignHCenter);
     layout->addWidget(title);
-    auto* subtitle = textLabel(Texts::welcomeSubtitle, page, 14, QFont::Normal, true);
+    auto* subtitle = textLabel(Texts::welcomeSubtitle, page, TextStyle::title3, std::nullopt, true);
     subtitle->setAlignment(Qt::AlignHCenter);
     layout->addWidget(subtitle);
     layout->addSpacing(6);
@@ -460,7 +453,7 @@ QWidget* OnboardingGuideView::buildLanguage()
     status->addWidget(m_downloadSymbol);
     status->addWidget(m_downloadText, 1);
     layout->addWidget(m_downloadStatus);
-    m_downloadError = textLabel(QString(), page, 12, QFont::Normal, true);
+    m_downloadError = textLabel(QString(), page, TextStyle::callout, std::nullopt, true);
     m_downloadError->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(m_downloadError);
     layout->addStretch(1);
@@ -497,7 +490,7 @@ QWidget* OnboardingGuideView::buildHotkey()
     });
     connect(m_cancelCapture, &QPushButton::clicked, this, [&capture] { capture.stopCapture(); });
 
-    m_validation = textLabel(QString(), page, 12);
+    m_validation = textLabel(QString(), page, TextStyle::callout);
     m_validation->setAlignment(Qt::AlignHCenter);
     QPalette warn = m_validation->palette();
     warn.setColor(QPalette::WindowText, orange);
@@ -506,7 +499,7 @@ QWidget* OnboardingGuideView::buildHotkey()
 
     const HotkeyCombination standard;
     const QString standardKeys = keysOnThisPlatform(hotkeyDisplayString(standard.keyCode, standard.modifiers));
-    auto* hint = textLabel(Texts::hotkeyHint(standardKeys), page, 12, QFont::Normal, true);
+    auto* hint = textLabel(Texts::hotkeyHint(standardKeys), page, TextStyle::callout, std::nullopt, true);
     hint->setAlignment(Qt::AlignHCenter);
     layout->addWidget(hint);
     layout->addStretch(1);
@@ -532,7 +525,7 @@ QWidget* OnboardingGuideView::buildReminders()
     row->addWidget(m_frequency, 1);
     layout->addLayout(row);
     connect(m_frequency, &QComboBox::activated, this, [this](int index) { m_guide.setReminderFrequencyIndex(index); });
-    layout->addWidget(textLabel(onThisPlatform(Texts::remindersNote), page, 12, QFont::Normal, true));
+    layout->addWidget(textLabel(onThisPlatform(Texts::remindersNote), page, TextStyle::callout, std::nullopt, true));
     layout->addStretch(1);
     return page;
 }
@@ -546,7 +539,7 @@ QWidget* OnboardingGuideView::buildSummary()
     auto* top = new QHBoxLayout;
     top->setSpacing(10);
     top->addWidget(symbolLabel(Symbol::check, 26, green, page));
-    top->addWidget(textLabel(Texts::summaryTitle, page, 22, QFont::Bold), 1);
+    top->addWidget(textLabel(Texts::summaryTitle, page, TextStyle::title1, QFont::Bold), 1);
     layout->addLayout(top);
     layout->addSpacing(2);
 
@@ -585,7 +578,7 @@ QWidget* OnboardingGuideView::buildSummary()
     tipLayout->setContentsMargins(10, 8, 10, 8);
     tipLayout->setSpacing(10);
     tipLayout->addWidget(symbolLabel(Symbol::lightbulb, 18, yellow.darker(110), tip), 0, Qt::AlignTop);
-    tipLayout->addWidget(textLabel(onThisPlatform(Texts::tip), tip, 12), 1);
+    tipLayout->addWidget(textLabel(onThisPlatform(Texts::tip), tip, TextStyle::callout), 1);
     layout->addWidget(tip);
     layout->addSpacing(2);
 
@@ -599,9 +592,9 @@ QWidget* OnboardingGuideView::buildSummary()
         row->addWidget(symbol, 0, Qt::AlignTop);
         auto* texts = new QVBoxLayout;
         texts->setSpacing(1);
-        status = textLabel(QString(), page, 13, QFont::DemiBold);
+        status = textLabel(QString(), page, TextStyle::headline);
         texts->addWidget(status);
-        texts->addWidget(textLabel(purpose, page, 12, QFont::Normal, true));
+        texts->addWidget(textLabel(purpose, page, TextStyle::callout, std::nullopt, true));
         row->addLayout(texts, 1);
         auto* button = new QPushButton(onThisPlatform(action), page);
         connect(button, &QPushButton::clicked, this, onAction);
@@ -612,9 +605,10 @@ QWidget* OnboardingGuideView::buildSummary()
                   [this] { m_accessibility.requestAccess(); });
     permissionRow(m_screenRecordingSymbol, m_screenRecordingStatus, Texts::screenRecordingPurpose, Texts::openSettings,
                   [this] { m_screenRecording.openSystemSettings(); });
-    m_permissionMessage = textLabel(QString(), page, 11, QFont::Normal, true);
+    m_permissionMessage = textLabel(QString(), page, TextStyle::subheadline, std::nullopt, true);
     layout->addWidget(m_permissionMessage);
-    m_withoutAccessibility = textLabel(onThisPlatform(Texts::withoutAccessibility), page, 11, QFont::Normal, true);
+    m_withoutAccessibility =
+        textLabel(onThisPlatform(Texts::withoutAccessibility), page, TextStyle::subheadline, std::nullopt, true);
     layout->addWidget(m_withoutAccessibility);
     layout->addStretch(1);
 

@@ -2,6 +2,7 @@
 #include "ui/setup/WelcomeTranslationDemo.h"
 
 #include "core/setup/OnboardingTexts.h"
+#include "ui/components/TextStyle.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -147,8 +148,8 @@ void WelcomeTranslationDemo::paintEvent(QPaintEvent*)
     painter.setBrush(pal.color(QPalette::Base));
     painter.drawRoundedRect(page, 10, 10);
 
-    QFont sentenceFont = font();
-    sentenceFont.setPixelSize(int(sentencePixelSize));
+    // The miniature has its own sizes: it is a picture of a look-up, not text to read.
+    QFont sentenceFont = pointSizeFont(sentencePixelSize);
     const QFontMetricsF sm(sentenceFont);
     const QString before = OnboardingTexts::demoSentenceBefore;
     const QString word = OnboardingTexts::demoWord;
@@ -190,8 +191,7 @@ void WelcomeTranslationDemo::paintEvent(QPaintEvent*)
     // The card with the translation, rising into place under the word.
     const qreal card = m_frame.card;
     if (card > 0.001) {
-        QFont cardFont = font();
-        cardFont.setPixelSize(int(cardPixelSize));
+        const QFont cardFont = pointSizeFont(cardPixelSize);
         const QFontMetricsF cm(cardFont);
         const QString translation = OnboardingTexts::demoTranslation;
         const qreal cardWidth = cm.horizontalAdvance(translation) + 24 + 22;
