@@ -3,6 +3,7 @@
 #include "app/ReviewWiring.h"
 
 #include "app/ProgressWiring.h"
+#include "app/GuideWiring.h"
 #include "app/SettingsWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
@@ -67,6 +68,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
                                                   m_commands, *m_trayMenu, *this);
     showTrayWhenAvailable();
+    m_guide = std::make_unique<GuideWiring>(*this);
 
     const bool onboardingComplete = m_preferences.onboardingComplete();
     QPointer<AppDelegate> self(this);

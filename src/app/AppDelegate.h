@@ -11,6 +11,7 @@
 namespace tolvane {
 
 class AppearanceApplier;
+class GuideWiring;
 class Clock;
 class HotkeyManager;
 class ConfusionLogStore;
@@ -52,6 +53,10 @@ public:
     ProgressWiring& progress() const { return *m_progress; }
     // What `tolvane open NAME` and `tolvane lookup` reach; each feature adds its entries.
     InstanceCommands& commands() { return m_commands; }
+    PlatformServices& services() const { return m_services; }
+    Preferences& preferences() const { return m_preferences; }
+    Scheduler& scheduler() const { return m_scheduler; }
+    GuideWiring* guide() const { return m_guide.get(); }
 
 Q_SIGNALS:
     // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
@@ -80,6 +85,7 @@ private:
     std::unique_ptr<TrayMenu> m_trayMenu;
     std::unique_ptr<SettingsWiring> m_settings;
     InstanceCommands m_commands;
+    std::unique_ptr<GuideWiring> m_guide;
 };
 
 } // namespace tolvane

@@ -21,6 +21,7 @@ constexpr Wording wordings[] = {
     {QLatin1String("TOLVANE FOR MAC"), QLatin1String("TOLVANE FOR LINUX")},
     {QLatin1String("System Settings"), QLatin1String("Settings")},
     {QLatin1String("your Mac"), QLatin1String("your computer")},
+    {QLatin1String("menu bar"), QLatin1String("tray")},
     {QLatin1String("this Mac"), QLatin1String("this computer")},
     {QLatin1String("macOS"), QLatin1String("the desktop")},
     {QLatin1String("Mac"), QLatin1String("computer")},
