@@ -93,6 +93,7 @@ class NullSpeechSynthesizer final : public SpeechSynthesizer
 public:
     void speak(const QString&, const QString&) override {}
     void stop() override {}
+    bool hasVoice(const QString&) const override { return false; }
 };
 
 class NullTranslationEngine final : public TranslationEngine
