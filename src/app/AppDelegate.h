@@ -15,6 +15,7 @@ class Clock;
 class HotkeyManager;
 class ConfusionLogStore;
 class LookupMilestoneManager;
+class LookupWiring;
 class NotificationScheduler;
 class Preferences;
 class ReminderResponder;
@@ -48,6 +49,7 @@ public:
     HotkeyManager& hotkeys() const { return *m_hotkeys; }
     // What `tolvane open NAME` and `tolvane lookup` reach; each feature adds its entries.
     InstanceCommands& commands() { return m_commands; }
+    LookupWiring* lookup() const { return m_lookup.get(); }
 
 Q_SIGNALS:
     // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
@@ -73,6 +75,7 @@ private:
     std::unique_ptr<HotkeyManager> m_hotkeys;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
+    std::unique_ptr<LookupWiring> m_lookup;
     InstanceCommands m_commands;
 };
 

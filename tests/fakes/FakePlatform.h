@@ -5,6 +5,7 @@
 // test set up; none touches the desktop.
 
 #include "core/support/Scheduler.h"
+#include "fakes/FakeKeyReleaseMonitor.h"
 #include "platform/PlatformServices.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -429,6 +430,7 @@ struct FakePlatform
     FakeAccessibilityService* accessibility;
     FakeGlobalHotkeyService* hotkeys;
     FakeEventMonitor* eventMonitor;
+    FakeKeyReleaseMonitor* keyReleases;
     FakeScreenService* screens;
     FakeScreenTextRecognizer* textRecognizer;
     FakeLanguageRecognizer* languageRecognizer;

@@ -88,6 +88,13 @@ public:
     QStringList suggestions(const QString&) const override { return {}; }
 };
 
+class NullKeyReleaseMonitor final : public KeyReleaseMonitor
+{
+public:
+    Token addMonitor(Handler) override { return 0; }
+    void removeMonitor(Token) override {}
+};
+
 class NullSpeechSynthesizer final : public SpeechSynthesizer
 {
 public:
