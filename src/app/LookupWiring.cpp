@@ -52,6 +52,7 @@ public:
     void update(const TranslationOverlayView& view) override { m_window->update(view); }
     void requestDismiss() override { m_window->requestDismiss(); }
     bool isVisible() const override { return m_window->isVisible(); }
+    const TranslationOverlayView& view() const override { return m_window->view(); }
 
 private:
     std::unique_ptr<TranslationOverlayWindow> m_window;
@@ -110,6 +111,7 @@ LookupWiring::LookupWiring(AppDelegate& delegate, PlatformServices& services, Pr
     m_engine = std::make_unique<LookupEngine>(LookupEngine::Services{
         preferences,
         *services.accessibility,
+        *services.screens,
         *services.languageRecognizer,
         *m_translation,
         delegate.usageEvents(),
@@ -188,11 +190,15 @@ void LookupWiring::prepareAhead()
 
 void LookupWiring::preparePair(const QString& targetCode)
 {
-    // Through the service, so the engine is touched by its own worker only.
-    for (const auto& [source, target] :
-         {std::pair{englishLanguageCode(), targetCode}, std::pair{targetCode, englishLanguageCode()}}) {
-        m_translation->translate(warmUpWord, source, target, [](Result<QString>) {});
-        m_translation->translate(warmUpPassage, source, target, [](Result<QString>) {});
+    // Through the service, so the engine is touched by its own worker only. The way back starts
+    // from the way there's answer, which that pair surely knows.
+    LiveTranslationService* translation = m_translation.get();
+    for (const QString& text : {warmUpWord, warmUpPassage}) {
+        translation->translate(
+            text, englishLanguageCode(), targetCode, [translation, targetCode](Result<QString> result) {
+                if (result)
+                    translation->translate(result.value(), targetCode, englishLanguageCode(), [](Result<QString>) {});
+            });
     }
 }
 

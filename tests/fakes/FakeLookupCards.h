@@ -47,6 +47,7 @@ public:
     void update(const TranslationOverlayView& view) override { views.append(view); }
     void requestDismiss() override { ++dismissRequests; }
     bool isVisible() const override { return visible; }
+    const TranslationOverlayView& view() const override { return views.constLast(); }
 };
 
 } // namespace tolvane

@@ -39,6 +39,7 @@ public:
     // Closes now when the reading time since the show has passed, otherwise when it passes.
     virtual void requestDismiss() = 0;
     virtual bool isVisible() const = 0;
+    virtual const TranslationOverlayView& view() const = 0;
 };
 
 using WordCardFactory = std::function<std::unique_ptr<WordCard>()>;

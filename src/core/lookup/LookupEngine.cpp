@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/lookup/LookupEngine.h"
 
-#include "core/capture/SelectedText.h"
+#include "core/capture/AXHoverInspector.h"
 #include "core/lookup/HoverController.h"
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/ReviewDeckStore.h"
@@ -10,6 +10,7 @@
 #include "core/support/Logging.h"
 #include "core/translation/DirectionDetection.h"
 #include "core/translation/LiveTranslationService.h"
+#include "platform/ScreenService.h"
 #include "platform/Workspace.h"
 
 #include <QPointer>
@@ -29,7 +30,7 @@ void LookupEngine::hotkeyPressed()
 {
     if (!m_services.preferences.translationHelperEnabled())
         return;
-    const QString selection = selectedText(m_services.accessibility).value_or(QString()).trimmed();
+    const QString selection = this->selection().value_or(QString()).trimmed();
     if (!selection.isEmpty()) {
         m_services.usageEvents.record(UsageEventType::lookup);
         m_lastLookupWasPassage = true;
@@ -40,6 +41,18 @@ void LookupEngine::hotkeyPressed()
         return;
     m_lastLookupWasPassage = false;
     m_services.hover.beginWordLookup();
+}
+
+std::optional<QString> LookupEngine::selection() const
+{
+    if (const AccessibleElementPtr focused = m_services.accessibility.focusedElement())
+        return focused->selectedText();
+    // The hotkey's key grab takes the focus from some toolkits (GTK among them) for as long as the
+    // key is down, so that no element is focused just now; the selection is then usually where
+    // the pointer rests.
+    const AccessibleElementPtr underPointer =
+        AXHoverInspector::elementAtPointer(m_services.accessibility, m_services.screens.pointerLocation());
+    return underPointer ? underPointer->selectedText() : std::nullopt;
 }
 
 void LookupEngine::translatePassage(const QString& text)

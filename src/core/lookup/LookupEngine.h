@@ -18,6 +18,7 @@ class LanguageRecognizer;
 class LiveTranslationService;
 class Preferences;
 class ReviewDeckStore;
+class ScreenService;
 class UsageEventStore;
 class Workspace;
 
@@ -33,6 +34,7 @@ public:
     {
         Preferences& preferences;
         AccessibilityService& accessibility;
+        const ScreenService& screens;
         const LanguageRecognizer& languages;
         LiveTranslationService& translation;
         UsageEventStore& usageEvents;
@@ -54,6 +56,7 @@ public:
     PassageCard* passageCard() const { return m_passageOverlayWindow.get(); }
 
 private:
+    std::optional<QString> selection() const;
     void translatePassage(const QString& text);
     void showPassage(const TranslationOverlayView& view);
 

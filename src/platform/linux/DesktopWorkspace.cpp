@@ -41,8 +41,8 @@ std::optional<WindowFacts> activeWindowFacts()
         return std::nullopt;
     });
     const auto windowClass = x11::searchTree(c, *active, 2, [&](xcb_window_t w) -> std::optional<QByteArray> {
-        x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-            c, xcb_get_property(c, 0, w, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256), nullptr));
+        x11::Reply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(c, xcb_get_property(c, 0, w, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256), nullptr));
         if (!reply || xcb_get_property_value_length(reply.get()) <= 0)
             return std::nullopt;
         return QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
@@ -121,7 +121,8 @@ QString DesktopWorkspace::applicationName(const Application& application, const 
     };
     // The window class the application announced is the surest link to its entry.
     for (const DesktopEntry& entry : entries) {
-        if (same(entry.startupWMClass, application.windowClass) || same(entry.startupWMClass, application.windowInstance))
+        if (same(entry.startupWMClass, application.windowClass) ||
+            same(entry.startupWMClass, application.windowInstance))
             return entry.name;
     }
     for (const DesktopEntry& entry : entries) {
@@ -146,8 +147,7 @@ const QList<DesktopWorkspace::DesktopEntry>& DesktopWorkspace::desktopEntries() 
     QSet<QString> seen;
     int scanned = 0;
     // Earlier directories win, as the desktop's own menus do.
-    for (const QString& directory :
-         QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
+    for (const QString& directory : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
         QDir dir(directory);
         const QFileInfoList files = dir.entryInfoList({QStringLiteral("*.desktop")}, QDir::Files);
         for (const QFileInfo& file : files) {
@@ -179,7 +179,8 @@ QString DesktopWorkspace::frontmostApplicationName() const
     if (facts->pid) {
         if (auto known = m_namesByProcess.constFind(cacheKey); known != m_namesByProcess.cend())
             return *known;
-        application.executable = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(*facts->pid))).fileName();
+        application.executable =
+            QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(*facts->pid))).fileName();
         QFile comm(QStringLiteral("/proc/%1/comm").arg(*facts->pid));
         if (comm.open(QIODevice::ReadOnly))
             application.commandName = QString::fromUtf8(comm.readAll()).trimmed();

@@ -73,8 +73,8 @@ struct LookupFixture
                                card = made.get();
                                return made;
                            }}};
-    LookupEngine engine{{preferences, *platform.accessibility, *platform.languageRecognizer, translation, usageEvents,
-                         confusionLog, deck, *platform.workspace, hover, [this] {
+    LookupEngine engine{{preferences, *platform.accessibility, *platform.screens, *platform.languageRecognizer,
+                         translation, usageEvents, confusionLog, deck, *platform.workspace, hover, [this] {
                              auto made = std::make_unique<FakePassageCard>();
                              passageCards.append(made.get());
                              return made;

@@ -17,20 +17,20 @@ private Q_SLOTS:
         QTest::addColumn<std::optional<PreferenceValue>>("helper");
         QTest::addColumn<bool>("wordLookUps");
         QTest::addColumn<QString>("selection");
-        QTest::addColumn<QString>("expected"); // passage, word or nothing
+        QTest::addColumn<QString>("expected");    // passage, word or nothing
+        QTest::addColumn<bool>("nothingFocused"); // the selection is found under the pointer
         using V = std::optional<PreferenceValue>;
-        QTest::newRow("nothing stored, no selection") << V() << true << ""
-                                                      << "word";
+        QTest::newRow("nothing stored, no selection") << V() << true << QString() << "word" << false;
         QTest::newRow("helper stored off") << V(false) << true << "Le chat dort."
-                                           << "nothing";
-        QTest::newRow("helper stored as a text") << V(QStringLiteral("no")) << true << ""
-                                                 << "word";
+                                           << "nothing" << false;
+        QTest::newRow("helper stored as a text") << V(QStringLiteral("no")) << true << QString() << "word" << false;
         QTest::newRow("spaces and line breaks are no selection") << V() << true << " \n\t \n"
-                                                                 << "word";
-        QTest::newRow("word look-ups off, no selection") << V() << false << ""
-                                                         << "nothing";
+                                                                 << "word" << false;
+        QTest::newRow("word look-ups off, no selection") << V() << false << QString() << "nothing" << false;
         QTest::newRow("word look-ups off, selection") << V() << false << "  Le chat dort. "
-                                                      << "passage";
+                                                      << "passage" << false;
+        QTest::newRow("focus taken by the key grab") << V() << true << "Le chat dort."
+                                                     << "passage" << true;
     }
     void aPressLooksUpTheSelectionOrTheWordUnlessSwitchedOff()
     {
@@ -38,12 +38,17 @@ private Q_SLOTS:
         QFETCH(bool, wordLookUps);
         QFETCH(QString, selection);
         QFETCH(QString, expected);
+        QFETCH(bool, nothingFocused);
         LookupFixture f;
         if (helper)
             f.platform.preferences->set(PreferenceKey::translationHelperEnabled, *helper);
         f.preferences.setBool(PreferenceKey::axWordLookupEnabled, wordLookUps);
-        f.select(selection);
         f.pointAt(QStringLiteral("house"));
+        if (nothingFocused)
+            std::static_pointer_cast<FakeAccessibleElement>(f.platform.accessibility->elementUnderPointer)->selection =
+                selection;
+        else
+            f.select(selection);
         f.press();
         QCOMPARE(f.passageCards.size(), expected == QLatin1String("passage") ? 1 : 0);
         QCOMPARE(f.card != nullptr, expected == QLatin1String("word"));

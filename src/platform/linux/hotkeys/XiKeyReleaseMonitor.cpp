@@ -61,8 +61,8 @@ bool XiKeyReleaseMonitor::open()
     display->root = x11::rootWindow(display->connection.get());
     display->symbols.reset(xcb_key_symbols_alloc(display->connection.get()));
     m_display = std::move(display);
-    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_display->connection.get()),
-                                                   QSocketNotifier::Read);
+    m_notifier =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_display->connection.get()), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &XiKeyReleaseMonitor::readEvents);
     return true;
 }
