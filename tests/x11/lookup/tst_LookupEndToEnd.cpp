@@ -272,26 +272,33 @@ private Q_SLOTS:
             QSKIP("xterm is missing");
         QProcess terminal;
         terminal.start(QStringLiteral("xterm"),
-                       {QStringLiteral("-geometry"), QStringLiteral("60x6+60+80"), QStringLiteral("-fa"),
-                        QStringLiteral("DejaVu Sans Mono"), QStringLiteral("-fs"), QStringLiteral("16"),
-                        QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
-                        QStringLiteral("printf 'garden'; sleep 60")});
+                       {QStringLiteral("-T"), QStringLiteral("Terminal words"), QStringLiteral("-geometry"),
+                        QStringLiteral("60x6+60+80"), QStringLiteral("-fa"), QStringLiteral("DejaVu Sans Mono"),
+                        QStringLiteral("-fs"), QStringLiteral("16"), QStringLiteral("-e"), QStringLiteral("sh"),
+                        QStringLiteral("-c"), QStringLiteral("printf 'garden'; sleep 60")});
         QVERIFY(terminal.waitForStarted(5000));
         QTest::qWait(1500);
         // The word's middle: three characters in, on the first line of the terminal.
+        const auto run = [](const QStringList& arguments) {
+            QProcess p;
+            p.start(QStringLiteral("xdotool"), arguments);
+            p.waitForFinished(5000);
+            return QString::fromUtf8(p.readAllStandardOutput());
+        };
+        const QString id = run({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^Terminal words$")})
+                               .section(QLatin1Char('\n'), 0, 0);
+        QVERIFY2(!id.isEmpty(), "the terminal did not appear");
+        // xwininfo tells where the client area really is; xdotool counts the frame twice.
         QPoint origin;
         {
-            QProcess search;
-            search.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--sync"),
-                                                     QStringLiteral("--pid"), QString::number(terminal.processId()),
-                                                     QStringLiteral("getwindowgeometry"), QStringLiteral("--shell")});
-            search.waitForFinished(5000);
-            const QString out = QString::fromUtf8(search.readAllStandardOutput());
-            for (const QString& line : out.split(QLatin1Char('\n'))) {
-                if (line.startsWith(QLatin1String("X=")))
-                    origin.setX(line.mid(2).toInt());
-                if (line.startsWith(QLatin1String("Y=")))
-                    origin.setY(line.mid(2).toInt());
+            QProcess info;
+            info.start(QStringLiteral("xwininfo"), {QStringLiteral("-id"), id});
+            info.waitForFinished(5000);
+            for (const QString& line : QString::fromUtf8(info.readAllStandardOutput()).split(QLatin1Char('\n'))) {
+                if (line.contains(QLatin1String("Absolute upper-left X:")))
+                    origin.setX(line.section(QLatin1Char(':'), 1).trimmed().toInt());
+                if (line.contains(QLatin1String("Absolute upper-left Y:")))
+                    origin.setY(line.section(QLatin1Char(':'), 1).trimmed().toInt());
             }
         }
         movePointerTo(origin + QPoint(32, 14));
