@@ -5,6 +5,7 @@
 #include "app/ProgressWiring.h"
 #include "app/GuideWiring.h"
 #include "app/SettingsWiring.h"
+#include "app/LookupWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -62,6 +63,8 @@ void AppDelegate::applicationDidFinishLaunching()
 
     wireHotkey();
     wireReview(*this, m_services, m_preferences, m_clock);
+    m_lookup = std::make_unique<LookupWiring>(*this, m_services, m_preferences, m_clock, m_scheduler);
+    m_lookup->start();
 
     m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
@@ -153,6 +156,8 @@ void AppDelegate::applicationWillTerminate()
     // Nothing of ours may keep a grab on the keyboard after the process is gone.
     if (m_hotkeys)
         m_hotkeys->unregisterHotkey();
+    if (m_lookup)
+        m_lookup->stop();
     // Answers that arrive while the process winds down have no deck to go to.
     m_services.notifications->setDelegate(nullptr);
 }

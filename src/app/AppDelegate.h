@@ -16,6 +16,7 @@ class Clock;
 class HotkeyManager;
 class ConfusionLogStore;
 class LookupMilestoneManager;
+class LookupWiring;
 class NotificationScheduler;
 class ProgressWiring;
 class Preferences;
@@ -57,6 +58,7 @@ public:
     Preferences& preferences() const { return m_preferences; }
     Scheduler& scheduler() const { return m_scheduler; }
     GuideWiring* guide() const { return m_guide.get(); }
+    LookupWiring* lookup() const { return m_lookup.get(); }
 
 Q_SIGNALS:
     // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
@@ -84,6 +86,7 @@ private:
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
     std::unique_ptr<SettingsWiring> m_settings;
+    std::unique_ptr<LookupWiring> m_lookup;
     InstanceCommands m_commands;
     std::unique_ptr<GuideWiring> m_guide;
 };

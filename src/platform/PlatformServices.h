@@ -4,6 +4,7 @@
 #include "platform/AccessibilityService.h"
 #include "platform/EventMonitor.h"
 #include "platform/GlobalHotkeyService.h"
+#include "platform/KeyReleaseMonitor.h"
 #include "platform/LanguageRecognizer.h"
 #include "platform/LexicalTagger.h"
 #include "platform/NotificationCenter.h"
@@ -29,6 +30,7 @@ struct PlatformServices
     std::unique_ptr<AccessibilityService> accessibility;
     std::unique_ptr<GlobalHotkeyService> hotkeys;
     std::unique_ptr<EventMonitor> eventMonitor;
+    std::unique_ptr<KeyReleaseMonitor> keyReleases;
     std::unique_ptr<ScreenService> screens;
     std::unique_ptr<ScreenTextRecognizer> textRecognizer;
     std::unique_ptr<LanguageRecognizer> languageRecognizer;

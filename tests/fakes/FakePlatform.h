@@ -5,6 +5,7 @@
 // test set up; none touches the desktop.
 
 #include "core/support/Scheduler.h"
+#include "fakes/FakeKeyReleaseMonitor.h"
 #include "platform/PlatformServices.h"
 #include "platform/null/MemoryPreferenceStore.h"
 
@@ -295,8 +296,10 @@ class FakeSpeechSynthesizer final : public SpeechSynthesizer
 public:
     QList<QPair<QString, QString>> spoken; // text, locale
     int stops = 0;
+    QStringList voicelessLocales; // locales without a voice
     void speak(const QString& text, const QString& locale) override { spoken.append({text, locale}); }
     void stop() override { ++stops; }
+    bool hasVoice(const QString& locale) const override { return !voicelessLocales.contains(locale); }
 };
 
 class FakeTranslationEngine final : public TranslationEngine
@@ -429,6 +432,7 @@ struct FakePlatform
     FakeAccessibilityService* accessibility;
     FakeGlobalHotkeyService* hotkeys;
     FakeEventMonitor* eventMonitor;
+    FakeKeyReleaseMonitor* keyReleases;
     FakeScreenService* screens;
     FakeScreenTextRecognizer* textRecognizer;
     FakeLanguageRecognizer* languageRecognizer;

@@ -10,10 +10,12 @@
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 #include "platform/linux/hotkeys/QtEventMonitor.h"
 #include "platform/linux/hotkeys/XcbHotkeyService.h"
+#include "platform/linux/hotkeys/XiKeyReleaseMonitor.h"
 #include "platform/linux/language/IcuMecabTransliterator.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 #include "platform/linux/language/WordNetLexicalTagger.h"
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
+#include "platform/linux/speech/DesktopSpeechSynthesizer.h"
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
 #include "platform/null/NullPlatform.h"
 
@@ -34,6 +36,7 @@ PlatformServices createPlatformServices()
     services.eventMonitor = std::make_unique<QtEventMonitor>();
     if (auto hotkeys = createXcbHotkeyService())
         services.hotkeys = std::move(hotkeys);
+    services.keyReleases = std::make_unique<XiKeyReleaseMonitor>();
     services.accessibility = std::make_unique<AtspiAccessibilityService>();
     services.textRecognizer = std::make_unique<TesseractScreenTextRecognizer>();
     services.spellChecker = std::make_unique<HunspellSpellChecker>();
@@ -41,6 +44,9 @@ PlatformServices createPlatformServices()
         std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
     services.lexicalTagger = std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
     services.transliterator = std::make_unique<IcuMecabTransliterator>();
+    const Transliterator* transliterator = services.transliterator.get();
+    services.speech = std::make_unique<DesktopSpeechSynthesizer>(
+        [transliterator](const QString& text) { return transliterator->hiragana(text); });
     services.translationEngine = std::make_unique<DictionaryTranslationEngine>();
     return services;
 }

@@ -87,6 +87,7 @@ PlatformServices createNullPlatform()
     services.lexicalTagger = std::make_unique<NullLexicalTagger>();
     services.transliterator = std::make_unique<NullTransliterator>();
     services.spellChecker = std::make_unique<NullSpellChecker>();
+    services.keyReleases = std::make_unique<NullKeyReleaseMonitor>();
     services.speech = std::make_unique<NullSpeechSynthesizer>();
     services.translationEngine = std::make_unique<NullTranslationEngine>();
     services.notifications = std::make_unique<NullNotificationCenter>();

@@ -88,11 +88,19 @@ public:
     QStringList suggestions(const QString&) const override { return {}; }
 };
 
+class NullKeyReleaseMonitor final : public KeyReleaseMonitor
+{
+public:
+    Token addMonitor(Handler) override { return 0; }
+    void removeMonitor(Token) override {}
+};
+
 class NullSpeechSynthesizer final : public SpeechSynthesizer
 {
 public:
     void speak(const QString&, const QString&) override {}
     void stop() override {}
+    bool hasVoice(const QString&) const override { return false; }
 };
 
 class NullTranslationEngine final : public TranslationEngine
