@@ -32,14 +32,4 @@ void centreOnPointerScreen(QWidget* window)
     window->move(frame.topLeft());
 }
 
-void bringToFront(QWidget* window)
-{
-    if (window->isMinimized())
-        window->showNormal();
-    else
-        window->show();
-    window->raise();
-    window->activateWindow();
-}
-
 } // namespace tolvane

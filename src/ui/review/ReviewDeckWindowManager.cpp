@@ -2,6 +2,7 @@
 #include "ui/review/ReviewDeckWindowManager.h"
 
 #include "core/support/Logging.h"
+#include "ui/components/WindowActivation.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -11,20 +12,6 @@
 TOLVANE_DEFINE_LOG(lcReviewDeckWindow, "ReviewDeckWindowManager")
 
 namespace tolvane {
-
-namespace {
-
-void bringToFront(QWidget* window)
-{
-    if (window->isMinimized())
-        window->showNormal();
-    window->raise();
-    window->activateWindow();
-    if (QWindow* handle = window->windowHandle())
-        handle->requestActivate();
-}
-
-} // namespace
 
 ReviewDeckWindowManager::ReviewDeckWindowManager(const ReviewDeckContext& context, QObject* parent)
     : QObject(parent)
