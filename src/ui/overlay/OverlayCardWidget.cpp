@@ -161,7 +161,14 @@ void OverlayCardWidget::orderFront()
     overlayx11::markFloatingCard(this);
     if (!isVisible())
         show();
-    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+    keepOnTop();
+}
+
+void OverlayCardWidget::keepOnTop()
+{
+    // The card is not managed by the window manager, so nothing keeps it above a window raised
+    // after it (a full-screen player taking the screen): it raises itself on every change.
+    if (isVisible() && QGuiApplication::platformName() == QLatin1String("xcb"))
         raise();
 }
 
