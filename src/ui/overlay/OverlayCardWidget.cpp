@@ -251,8 +251,9 @@ void OverlayCardWidget::paintEvent(QPaintEvent*)
             const QRectF grown = shadowCard.adjusted(-i, -i, i, i);
             painter.drawRoundedRect(grown, cardCornerRadius + i, cardCornerRadius + i);
         }
-    } else {
+    } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         // Fill the whole shaped window first, so the pixels at the rim are the card's colour.
+        // (Elsewhere there is no shape, and a picture of the card keeps its corners clear.)
         QColor opaque = m_palette.material;
         opaque.setAlpha(255);
         painter.fillRect(rect(), opaque);
