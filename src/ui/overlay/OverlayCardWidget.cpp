@@ -161,7 +161,14 @@ void OverlayCardWidget::orderFront()
     overlayx11::markFloatingCard(this);
     if (!isVisible())
         show();
-    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+    keepOnTop();
+}
+
+void OverlayCardWidget::keepOnTop()
+{
+    // The card is not managed by the window manager, so nothing keeps it above a window raised
+    // after it (a full-screen player taking the screen): it raises itself on every change.
+    if (isVisible() && QGuiApplication::platformName() == QLatin1String("xcb"))
         raise();
 }
 
@@ -244,8 +251,9 @@ void OverlayCardWidget::paintEvent(QPaintEvent*)
             const QRectF grown = shadowCard.adjusted(-i, -i, i, i);
             painter.drawRoundedRect(grown, cardCornerRadius + i, cardCornerRadius + i);
         }
-    } else {
+    } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         // Fill the whole shaped window first, so the pixels at the rim are the card's colour.
+        // (Elsewhere there is no shape, and a picture of the card keeps its corners clear.)
         QColor opaque = m_palette.material;
         opaque.setAlpha(255);
         painter.fillRect(rect(), opaque);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The word card's reading line and its tint per state.
+// The word card's reading line: pinyin or kana under a Han translation, nothing otherwise.
 #include "core/overlay/HoverOverlayView.h"
 #include "fakes/FakePlatform.h"
 
@@ -8,7 +8,6 @@
 using namespace tolvane;
 using State = HoverOverlayView::State;
 Q_DECLARE_METATYPE(tolvane::HoverOverlayView::State)
-Q_DECLARE_METATYPE(tolvane::HoverOverlayView::Tint)
 
 class TestHoverOverlayView : public QObject
 {
@@ -51,27 +50,6 @@ private Q_SLOTS:
         if (target != QLatin1String("-"))
             view.targetLanguageCode = target;
         QCOMPARE(view.reading(transliterator).value_or(QStringLiteral("-")), reading);
-    }
-
-    void eachStateHasItsTint_data()
-    {
-        QTest::addColumn<State>("state");
-        QTest::addColumn<HoverOverlayView::Tint>("tint");
-        using T = HoverOverlayView::Tint;
-        QTest::newRow("placeholder") << State::placeholder({}) << T::blue;
-        QTest::newRow("lookup") << State::lookup("a", "b") << T::accent;
-        QTest::newRow("ocrLookup") << State::ocrLookup("a", "b") << T::purple;
-        QTest::newRow("liveLookup") << State::liveLookup("a", "b") << T::green;
-        QTest::newRow("unmatched") << State::unmatched("a") << T::secondary;
-        QTest::newRow("ocrUnmatched") << State::ocrUnmatched("a") << T::secondary;
-        QTest::newRow("translating") << State::translating("a") << T::secondary;
-        QTest::newRow("noLabel") << State::noLabel() << T::secondary;
-    }
-    void eachStateHasItsTint()
-    {
-        QFETCH(State, state);
-        QFETCH(HoverOverlayView::Tint, tint);
-        QCOMPARE(HoverOverlayView::tint(state.kind), tint);
     }
 };
 

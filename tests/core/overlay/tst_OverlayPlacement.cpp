@@ -82,13 +82,6 @@ private Q_SLOTS:
         QCOMPARE(askedWidth, size.width());
     }
 
-    void passageCardIsBetween80And400High()
-    {
-        QCOMPARE(passageCardFittingHeight(20), 80.0);
-        QCOMPARE(passageCardFittingHeight(250), 250.0);
-        QCOMPARE(passageCardFittingHeight(5000), 400.0);
-    }
-
     void wordCardResizesOnlyBeyondAPointAndFollowsTheTrackedPoint()
     {
         const QList<ScreenInfo> screens{laptop};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The two cards drawn offscreen: every state within the size limits, text shown as text, hostile
-// text clipped without stalling, the speaker button, the passage card's scrolling. Every state is
+// text clipped without stalling, the passage card's heights and scrolling. Every state is
 // also saved as a picture under out/cards/ (light and dark, at device pixel ratios 1 and 2).
 #include "core/overlay/HoverOverlayView.h"
 #include "core/overlay/TranslationOverlayView.h"
@@ -211,24 +211,6 @@ private Q_SLOTS:
         savePictures(passage.widget(),
                      QStringLiteral("passage-hostile-%1").arg(QTest::currentDataTag()).replace(' ', '-'));
         passage.dismiss();
-    }
-
-    void speakerButtonCallsOnSpeak()
-    {
-        HoverOverlayWindow window(*platform.screens, *platform.transliterator);
-        int spoken = 0;
-        HoverOverlayView view = wordView(State::liveLookup("house", "дом"));
-        view.onSpeak = [&] { ++spoken; };
-        window.update(view);
-        auto* button = window.widget()->findChild<QAbstractButton*>();
-        QVERIFY(button && button->isVisibleTo(window.widget()));
-        QCOMPARE(button->accessibleName(), QStringLiteral("Speak"));
-        QCOMPARE(button->focusPolicy(), Qt::NoFocus);
-        button->click();
-        QCOMPARE(spoken, 1);
-        // Without an action there is no button.
-        window.update(wordView(State::liveLookup("house", "дом")));
-        QVERIFY(!button->isVisibleTo(window.widget()));
     }
 
     void passageCardIsBetweenItsHeightsAndScrollsALongPassage_data()
