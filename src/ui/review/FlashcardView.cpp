@@ -65,7 +65,7 @@ protected:
         const qreal t = m_card->m_turnProgress;
         const bool firstHalf = t < 0.5;
         const QPixmap& face = firstHalf ? m_card->m_turnFrom : m_card->m_turnTo;
-        // The spring may overshoot a little past flat; the face then widens just beyond its width.
+        // The spring runs a little past the end and back, so the new face settles into its width.
         const qreal scale = std::abs(std::cos(t * std::numbers::pi));
         QPainter painter(this);
         painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
