@@ -39,17 +39,20 @@ set_preference targetLanguage '"zh-Hans"'
 review_deck new
 start_tolvane
 sleep 2
+# Light, then dark while the window stays open: the window follows the switch.
+"$binary" open review
 for mode in light dark; do
     set_preference appearanceMode "\"$mode\""
-    sleep 0.5
-    "$binary" open review
+    sleep 0.8
+    review_click 157 23
     shot_window "Review Deck" "review/front-$mode"
     review_keys space
     shot_window "Review Deck" "review/back-$mode"
+    review_keys space
     review_click 219 23
     shot_window "Review Deck" "review/export-$mode"
-    review_close
 done
+review_close
 set_preference appearanceMode '"system"'
 
 # The share button under the card's back: its menu at the pointer, then "Save Image…".

@@ -45,6 +45,18 @@ QLabel* plainLabel(QWidget* parent)
     return label;
 }
 
+// A face's texts on a transparent ground, so the turning card keeps its own panel behind them.
+QPixmap faceImage(QWidget* face, const QSize& size)
+{
+    face->resize(size);
+    const qreal ratio = face->devicePixelRatioF();
+    QPixmap image(size * ratio);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    face->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    return image;
+}
+
 } // namespace
 
 // Draws the turning card: the old face narrowing to an edge, then the new face widening from it.
@@ -65,7 +77,7 @@ protected:
         const qreal t = m_card->m_turnProgress;
         const bool firstHalf = t < 0.5;
         const QPixmap& face = firstHalf ? m_card->m_turnFrom : m_card->m_turnTo;
-        // The spring may overshoot a little past flat; the face then widens just beyond its width.
+        // The spring runs a little past the end and back, so the new face settles into its width.
         const qreal scale = std::abs(std::cos(t * std::numbers::pi));
         QPainter painter(this);
         painter.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
@@ -155,7 +167,7 @@ void FlashcardView::showCard(const ReviewCard& card, const std::optional<QString
     const bool turning = animate && isVisible() && key == m_cardKey && flipped != m_flipped;
     QPixmap before;
     if (turning)
-        before = m_faces->currentWidget()->grab();
+        before = faceImage(m_faces->currentWidget(), size());
     m_cardKey = key;
     m_flipped = flipped;
 
@@ -187,8 +199,7 @@ void FlashcardView::startTurn(const QPixmap& from)
     if (m_turn)
         m_turn->stop();
     m_turnFrom = from;
-    m_faces->currentWidget()->resize(size());
-    m_turnTo = m_faces->currentWidget()->grab();
+    m_turnTo = faceImage(m_faces->currentWidget(), size());
     auto* turn = new QVariantAnimation(this);
     turn->setStartValue(0.0);
     turn->setEndValue(1.0);

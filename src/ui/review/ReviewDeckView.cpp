@@ -263,7 +263,18 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
         m_sessionKeys.append(shortcut);
         return shortcut;
     };
-    addKey(QKeySequence(Qt::Key_Space), [this] { flip(); });
+    // Space and Return press a button the keyboard has reached; otherwise they flip and answer.
+    const auto pressFocusedButton = [this] {
+        auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
+        if (!focused || focused == m_card || !focused->isVisible() || !m_sessionScreen->isAncestorOf(focused))
+            return false;
+        focused->click();
+        return true;
+    };
+    addKey(QKeySequence(Qt::Key_Space), [this, pressFocusedButton] {
+        if (!pressFocusedButton())
+            flip();
+    });
     addKey(QKeySequence(Qt::Key_Left), [this] {
         m_session.previous();
         render();
@@ -272,8 +283,12 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
         m_session.next();
         render();
     });
-    m_returnKey = addKey(QKeySequence(Qt::Key_Return), [this] { answer(CardStatus::knowIt); });
-    addKey(QKeySequence(Qt::Key_Enter), [this] { answer(CardStatus::knowIt); });
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        addKey(QKeySequence(key), [this, pressFocusedButton] {
+            if (!pressFocusedButton())
+                answer(CardStatus::knowIt);
+        });
+    }
 
     startSession();
 }
@@ -336,7 +351,6 @@ void ReviewDeckView::render(Change change)
     const bool cardShown = onCards && screen == ReviewSession::Screen::card;
     for (QShortcut* key : std::as_const(m_sessionKeys))
         key->setEnabled(cardShown);
-    m_returnKey->setEnabled(cardShown && m_session.isFlipped());
 
     switch (screen) {
     case ReviewSession::Screen::empty:

@@ -92,7 +92,6 @@ private:
     QToolButton* m_share;
     DeckExportPane* m_exportPane;
     QList<QShortcut*> m_sessionKeys;
-    QShortcut* m_returnKey;
 };
 
 } // namespace tolvane

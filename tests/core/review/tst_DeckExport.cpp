@@ -125,15 +125,10 @@ private Q_SLOTS:
                  (QStringList{"again", "sevenDaysEarlier", "sevenDaysLater", "sevenDaysExactly"}));
     }
 
-    void theTabsTextsCountCardsAndNameTheFormat()
+    void theButtonCountsCardsInTheSingularForOne()
     {
         QCOMPARE(exportButtonTitle(1, ExportFormat::csv), QStringLiteral("Export 1 card as CSV…"));
         QCOMPARE(exportButtonTitle(12, ExportFormat::anki), QStringLiteral("Export 12 cards as Anki text…"));
-        QCOMPARE(exportButtonTitle(0, ExportFormat::csv), QStringLiteral("Export 0 cards as CSV…"));
-        QCOMPARE(proposedExportFileName(ExportFormat::csv), QStringLiteral("vantor_cards.csv"));
-        QCOMPARE(proposedExportFileName(ExportFormat::anki), QStringLiteral("vantor_cards_anki.txt"));
-        QCOMPARE(noMatchingCardsText(), QStringLiteral("No cards match the current filters."));
-        QCOMPARE(csvStatusLabel(CardStatus::knowIt), QStringLiteral("Know It"));
     }
 
     void writingReplacesTheFileWholeAndAFailureLeavesTheDiskAsItWas()
