@@ -25,8 +25,18 @@ for mode in light dark; do
     set_preference appearanceMode "\"$mode\""
     sleep 0.5
     tolvane_command open settings
-    id=$(window_id Settings) && xdotool windowsize "$id" 480 880 && xdotool windowmove "$id" 60 10
+    id=$(window_id Settings) && xdotool windowsize "$id" 480 860 && xdotool windowmove "$id" 60 30
     shot_window Settings "settings/settings-$mode"
+    # The lower sections: the wheel over the window scrolls it to the end.
+    xdotool mousemove 300 500 click --repeat 15 5
+    shot_window Settings "settings/settings-$mode-end"
+    if [ "$mode" = light ]; then
+        # What the notification row offers when the desktop does not let Tolvane notify.
+        set_preference notificationPermissionGranted false
+        sleep 0.5
+        shot_window Settings settings/settings-notifications-not-permitted
+    fi
+    xdotool click --repeat 15 4
     tolvane_command open accessibility-permission
     shot_window "Accessibility Permission" "settings/accessibility-permission-$mode"
     tolvane_command open screen-recording-permission

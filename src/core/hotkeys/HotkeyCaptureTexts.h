@@ -41,7 +41,7 @@ inline QString idleHint()
 // The first-run guide's hint beside the hotkey, naming the default combination.
 inline QString guideHint()
 {
-    return QStringLiteral("The default (⌃⌥ Space) works great. Add a modifier so normal typing still works.");
+    return QStringLiteral("The default (⌃⌥Space) works great. Add a modifier so normal typing still works.");
 }
 inline QString capturingHint()
 {

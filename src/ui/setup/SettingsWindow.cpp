@@ -342,6 +342,7 @@ QSpinBox* SettingsWindow::durationStepper(const QString& name, const QString& ke
     stepper->setSingleStep(1);
     stepper->setSuffix(OverlayDurationStepper::suffix);
     stepper->setAccessibleName(name);
+    stepper->setMinimumWidth(96);
     // Typing "1" on the way to "10" must not store 1.
     stepper->setKeyboardTracking(false);
     connect(stepper, &QSpinBox::valueChanged, this,
@@ -356,6 +357,7 @@ QWidget* SettingsWindow::buildDurationSection()
     m_wordDuration = durationStepper(SetupTexts::wordDuration(), PreferenceKey::wordOverlayDurationSeconds);
     m_passageDuration = durationStepper(SetupTexts::passageDuration(), PreferenceKey::passageOverlayDurationSeconds);
     auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(plainLabel(SetupTexts::wordDuration(), box), m_wordDuration);
     form->addRow(plainLabel(SetupTexts::passageDuration(), box), m_passageDuration);
     contentOf(box)->addLayout(form);
@@ -380,6 +382,7 @@ QWidget* SettingsWindow::buildNotificationSection()
     for (const ReminderFrequencyChoice& choice : reminderFrequencyChoices())
         m_reminderFrequency->addItem(choice.title, choice.hours);
     auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(plainLabel(SetupTexts::reminderFrequency(), box), m_reminderFrequency);
     contentOf(box)->addLayout(form);
 
