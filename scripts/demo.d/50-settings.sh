@@ -42,6 +42,22 @@ for mode in light dark; do
     tolvane_command open screen-recording-permission
     shot_window "Screen Recording Permission" "settings/screen-recording-permission-$mode"
 done
+# Accessibility switched off for the session: the window follows within a poll and offers the
+# buttons; switched on again afterwards.
+a11y_enabled() {
+    gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
+        --method org.freedesktop.DBus.Properties.Set org.a11y.Status IsEnabled "<$1>" >/dev/null 2>&1
+}
+set_preference appearanceMode '"light"'
+if a11y_enabled false; then
+    sleep 2
+    tolvane_command open accessibility-permission
+    shot_window "Accessibility Permission" settings/accessibility-permission-not-granted
+    tolvane_command open settings
+    shot_window Settings settings/settings-accessibility-not-granted
+    a11y_enabled true
+    sleep 2
+fi
 # Every window follows the appearance at once: all three, side by side, just switched to light.
 set_preference appearanceMode '"light"'
 sleep 0.8
