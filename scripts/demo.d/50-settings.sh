@@ -25,13 +25,39 @@ for mode in light dark; do
     set_preference appearanceMode "\"$mode\""
     sleep 0.5
     tolvane_command open settings
-    id=$(window_id Settings) && xdotool windowsize "$id" 480 880 && xdotool windowmove "$id" 60 10
+    id=$(window_id Settings) && xdotool windowsize "$id" 480 860 && xdotool windowmove "$id" 60 30
     shot_window Settings "settings/settings-$mode"
+    # The lower sections: the wheel over the window scrolls it to the end.
+    xdotool mousemove 300 500 click --repeat 15 5
+    shot_window Settings "settings/settings-$mode-end"
+    if [ "$mode" = light ]; then
+        # What the notification row offers when the desktop does not let Tolvane notify.
+        set_preference notificationPermissionGranted false
+        sleep 0.5
+        shot_window Settings settings/settings-notifications-not-permitted
+    fi
+    xdotool click --repeat 15 4
     tolvane_command open accessibility-permission
     shot_window "Accessibility Permission" "settings/accessibility-permission-$mode"
     tolvane_command open screen-recording-permission
     shot_window "Screen Recording Permission" "settings/screen-recording-permission-$mode"
 done
+# Accessibility switched off for the session: the window follows within a poll and offers the
+# buttons; switched on again afterwards.
+a11y_enabled() {
+    gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
+        --method org.freedesktop.DBus.Properties.Set org.a11y.Status IsEnabled "<$1>" >/dev/null 2>&1
+}
+set_preference appearanceMode '"light"'
+if a11y_enabled false; then
+    sleep 2
+    tolvane_command open accessibility-permission
+    shot_window "Accessibility Permission" settings/accessibility-permission-not-granted
+    tolvane_command open settings
+    shot_window Settings settings/settings-accessibility-not-granted
+    a11y_enabled true
+    sleep 2
+fi
 # Every window follows the appearance at once: all three, side by side, just switched to light.
 set_preference appearanceMode '"light"'
 sleep 0.8

@@ -38,11 +38,6 @@ inline QString idleHint()
 {
     return QStringLiteral("Use a modifier combo so normal typing still works. A new combo takes effect immediately.");
 }
-// The first-run guide's hint beside the hotkey, naming the default combination.
-inline QString guideHint()
-{
-    return QStringLiteral("The default (⌃⌥ Space) works great. Add a modifier so normal typing still works.");
-}
 inline QString capturingHint()
 {
     return QStringLiteral("Press a modifier combo, like ⌥Space or ⌥`. Click the button again to cancel.");

@@ -34,6 +34,9 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include <cmath>
+#include <variant>
+
 TOLVANE_DEFINE_LOG(lcSettingsWindow, "SettingsWindow")
 
 namespace tolvane {
@@ -87,6 +90,23 @@ SectionCard* section(const QString& title, SetupSymbol symbol, QColor tint, QWid
 QVBoxLayout* contentOf(SectionCard* section)
 {
     return section->contentLayout();
+}
+
+// A value a hand edit left that the stepper cannot show as it is: one log line, the file untouched.
+void noteUnshowableDuration(const Preferences& preferences, const QString& key, int shown)
+{
+    const auto stored = preferences.objectForKey(key);
+    if (!stored)
+        return;
+    const bool number = std::holds_alternative<double>(*stored) || std::holds_alternative<qint64>(*stored);
+    const double value = preferences.doubleForKey(key);
+    if (number && std::isfinite(value) && value >= OverlayDurationStepper::minimumSeconds &&
+        value <= OverlayDurationStepper::maximumSeconds)
+        return;
+    qCInfo(lcSettingsWindow).noquote() << QStringLiteral("%1 holds a value outside 1…10 seconds or not a number; "
+                                                         "showing %2 and leaving the file as it is")
+                                              .arg(key)
+                                              .arg(shown);
 }
 
 } // namespace
@@ -342,6 +362,7 @@ QSpinBox* SettingsWindow::durationStepper(const QString& name, const QString& ke
     stepper->setSingleStep(1);
     stepper->setSuffix(OverlayDurationStepper::suffix);
     stepper->setAccessibleName(name);
+    stepper->setMinimumWidth(96);
     // Typing "1" on the way to "10" must not store 1.
     stepper->setKeyboardTracking(false);
     connect(stepper, &QSpinBox::valueChanged, this,
@@ -356,6 +377,7 @@ QWidget* SettingsWindow::buildDurationSection()
     m_wordDuration = durationStepper(SetupTexts::wordDuration(), PreferenceKey::wordOverlayDurationSeconds);
     m_passageDuration = durationStepper(SetupTexts::passageDuration(), PreferenceKey::passageOverlayDurationSeconds);
     auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(plainLabel(SetupTexts::wordDuration(), box), m_wordDuration);
     form->addRow(plainLabel(SetupTexts::passageDuration(), box), m_passageDuration);
     contentOf(box)->addLayout(form);
@@ -363,11 +385,15 @@ QWidget* SettingsWindow::buildDurationSection()
         const QSignalBlocker quiet(m_wordDuration);
         m_wordDuration->setValue(
             OverlayDurationStepper::displayedSeconds(m_services.preferences.wordOverlayDurationSeconds()));
+        noteUnshowableDuration(m_services.preferences, PreferenceKey::wordOverlayDurationSeconds,
+                               m_wordDuration->value());
     });
     m_refreshers.insert(PreferenceKey::passageOverlayDurationSeconds, [this] {
         const QSignalBlocker quiet(m_passageDuration);
         m_passageDuration->setValue(
             OverlayDurationStepper::displayedSeconds(m_services.preferences.passageOverlayDurationSeconds()));
+        noteUnshowableDuration(m_services.preferences, PreferenceKey::passageOverlayDurationSeconds,
+                               m_passageDuration->value());
     });
     return box;
 }
@@ -380,6 +406,7 @@ QWidget* SettingsWindow::buildNotificationSection()
     for (const ReminderFrequencyChoice& choice : reminderFrequencyChoices())
         m_reminderFrequency->addItem(choice.title, choice.hours);
     auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(plainLabel(SetupTexts::reminderFrequency(), box), m_reminderFrequency);
     contentOf(box)->addLayout(form);
 

@@ -17,7 +17,7 @@ private Q_SLOTS:
         QTest::addColumn<quint32>("modifiers");
         QTest::addColumn<QString>("display");
         QTest::addColumn<QStringList>("keycaps");
-        QTest::newRow("default") << 49u << 2048u << "⌥Space" << QStringList{"⌥", "Space"};
+        QTest::newRow("Option+Space") << 49u << 2048u << "⌥Space" << QStringList{"⌥", "Space"};
         QTest::newRow("modifier-only") << 4294967295u << 6144u << "⌃⌥" << QStringList{"⌃", "⌥"};
         QTest::newRow("section key has no name") << 10u << 0u << "(10)" << QStringList{"(10)"};
         QTest::newRow("all four, fixed order") << 21u << 7936u << "⌃⌥⇧⌘4" << QStringList{"⌃", "⌥", "⇧", "⌘", "4"};
