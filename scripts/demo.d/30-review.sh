@@ -70,3 +70,8 @@ review_close
 "$binary" open review
 shot_window "Review Deck" review/empty
 review_close
+# The milestone and application pictures come from the benchmark, which draws all three.
+bench_review="$(dirname "$binary")/../bench/bench_review"
+if [ -x "$bench_review" ]; then
+    QT_QPA_PLATFORM=offscreen "$bench_review" --pictures "$out/review" 2>/dev/null | grep '^saved' || true
+fi

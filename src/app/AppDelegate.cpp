@@ -90,9 +90,8 @@ void AppDelegate::createRecordsAndReminders()
     m_reminders = std::make_unique<NotificationScheduler>(*m_services.notifications, m_preferences, m_scheduler,
                                                           [deck] { return deck->cards(); });
     m_reviewDeck->setReminderPlanner(m_reminders.get());
-    m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler, [this] {
-        m_commands.handle({"open", "review"});
-    });
+    m_responder = std::make_unique<ReminderResponder>(*m_reviewDeck, *m_reminders, m_preferences, m_scheduler,
+                                                      [this] { showReviewWindow(*this); });
     m_milestones = std::make_unique<LookupMilestoneManager>(
         m_preferences, [this](const LookupMilestone& milestone) { m_progress->celebrate(milestone); });
     m_progress = std::make_unique<ProgressWiring>(

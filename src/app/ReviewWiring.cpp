@@ -25,4 +25,10 @@ void wireReview(AppDelegate& app, PlatformServices& services, const Preferences&
     });
 }
 
+void showReviewWindow(AppDelegate& app)
+{
+    if (auto* windows = app.findChild<ReviewDeckWindowManager*>(QString(), Qt::FindDirectChildrenOnly))
+        windows->show();
+}
+
 } // namespace tolvane

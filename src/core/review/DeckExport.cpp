@@ -3,6 +3,8 @@
 
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace tolvane {
 
 namespace {
@@ -20,11 +22,50 @@ bool statusIncluded(CardStatus status, const ExportSettings& settings)
     return false;
 }
 
-void appendLine(QString& content, const QString& line)
+bool needsQuotes(const QString& text)
 {
-    if (!content.isEmpty())
-        content += u'\n';
-    content += line;
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; });
+}
+
+void appendCsvField(QString& content, const QString& text)
+{
+    if (!needsQuotes(text)) {
+        content += text;
+        return;
+    }
+    content += u'"';
+    for (const QChar c : text) {
+        if (c == u'"')
+            content += u'"';
+        content += c;
+    }
+    content += u'"';
+}
+
+// 2025-03-07: the ISO 8601 calendar date, written without going through a formatter per card.
+void appendIsoDate(QString& content, const QDate& date)
+{
+    if (!date.isValid() || date.year() < 1 || date.year() > 9999) {
+        content += date.toString(Qt::ISODate);
+        return;
+    }
+    char text[11];
+    const int year = date.year();
+    const int month = date.month();
+    const int day = date.day();
+    text[0] = char('0' + year / 1000);
+    text[1] = char('0' + year / 100 % 10);
+    text[2] = char('0' + year / 10 % 10);
+    text[3] = char('0' + year % 10);
+    text[4] = '-';
+    text[5] = char('0' + month / 10);
+    text[6] = char('0' + month % 10);
+    text[7] = '-';
+    text[8] = char('0' + day / 10);
+    text[9] = char('0' + day % 10);
+    text[10] = '\0';
+    content += QLatin1String(text, 10);
 }
 
 } // namespace
@@ -46,19 +87,19 @@ std::optional<int> exportRangeDays(ExportDateRange range)
 
 QList<ReviewCard> filteredCards(const QList<ReviewCard>& cards, const ExportSettings& settings, const QDateTime& now)
 {
-    std::optional<QDateTime> cutoff;
+    std::optional<qint64> cutoff; // milliseconds since the epoch
     if (const auto days = exportRangeDays(settings.dateRange)) {
         // Calendar days in the user's time zone: across a change of summer time the cutoff keeps
         // the time of day shown on the clock.
         const QDateTime candidate = now.toLocalTime().addDays(-*days);
         if (candidate.isValid())
-            cutoff = candidate;
+            cutoff = candidate.toMSecsSinceEpoch();
     }
     QList<ReviewCard> result;
     for (const ReviewCard& card : cards) {
         if (!statusIncluded(card.status, settings))
             continue;
-        if (cutoff && card.dateAdded.isValid() && card.dateAdded < *cutoff)
+        if (cutoff && card.dateAdded.isValid() && card.dateAdded.toMSecsSinceEpoch() < *cutoff)
             continue;
         result.append(card);
     }
@@ -80,12 +121,9 @@ QString csvStatusLabel(CardStatus status)
 
 QString csvField(const QString& text)
 {
-    const bool needsQuotes = text.contains(u',') || text.contains(u'"') || text.contains(u'\n') || text.contains(u'\r');
-    if (!needsQuotes)
-        return text;
-    QString quoted = text;
-    quoted.replace(QStringLiteral("\""), QStringLiteral("\"\""));
-    return u'"' + quoted + u'"';
+    QString field;
+    appendCsvField(field, text);
+    return field;
 }
 
 QByteArray csvContent(const QList<ReviewCard>& cards)
@@ -93,9 +131,14 @@ QByteArray csvContent(const QList<ReviewCard>& cards)
     QString content = QStringLiteral("Word,Translation,Status,DateAdded");
     content.reserve(content.size() + cards.size() * 48);
     for (const ReviewCard& card : cards) {
-        const QString date = card.dateAdded.toUTC().date().toString(Qt::ISODate);
-        appendLine(content, csvField(card.sourceText) + u',' + csvField(card.translation) + u',' +
-                                csvField(csvStatusLabel(card.status)) + u',' + csvField(date));
+        content += u'\n';
+        appendCsvField(content, card.sourceText);
+        content += u',';
+        appendCsvField(content, card.translation);
+        content += u',';
+        content += csvStatusLabel(card.status);
+        content += u',';
+        appendIsoDate(content, card.dateAdded.toUTC().date());
     }
     return QByteArrayLiteral("\xEF\xBB\xBF") + content.toUtf8();
 }

@@ -75,9 +75,13 @@ void ReviewSession::shuffleRemaining()
     if (remaining < 2)
         return;
     // Fisher–Yates over [currentIndex, end): each position takes one of the cards not yet placed.
+    // The random words come from the source in one request. 64 random bits reduced modulo the span
+    // are uniform to within span / 2^64, which no deck can make visible.
+    QList<quint64> words(remaining - 1);
+    m_random->fillRange(words.data(), words.size());
     for (qsizetype i = m_queue.size() - 1; i > m_currentIndex; --i) {
         const qsizetype span = i - m_currentIndex + 1;
-        const qsizetype j = m_currentIndex + qsizetype(m_random->bounded(quint64(span)));
+        const qsizetype j = m_currentIndex + qsizetype(words.at(i - m_currentIndex - 1) % quint64(span));
         if (j != i)
             m_queue.swapItemsAt(i, j);
     }

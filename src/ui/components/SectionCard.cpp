@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/components/SectionCard.h"
 
+#include "ui/components/TextStyle.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLinearGradient>
@@ -25,6 +27,29 @@ QPixmap whiteSymbol(const QIcon& symbol, qreal ratio)
     painter.fillRect(QRectF(QPointF(0, 0), pixmap.deviceIndependentSize()), Qt::white);
     return pixmap;
 }
+
+// Drawn at paint time, so the square is sharp at whatever pixel density the window lands on.
+class SectionBadge final : public QWidget
+{
+public:
+    SectionBadge(const QIcon& symbol, const QColor& tint)
+        : m_symbol(symbol)
+        , m_tint(tint)
+    {
+        setFixedSize(SectionCard::badgeSide, SectionCard::badgeSide);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.drawPixmap(0, 0, sectionBadge(m_symbol, m_tint, devicePixelRatioF()));
+    }
+
+private:
+    QIcon m_symbol;
+    QColor m_tint;
+};
 
 } // namespace
 
@@ -56,15 +81,10 @@ SectionCard::SectionCard(const QString& title, const QIcon& symbol, const QColor
     , m_content(new QVBoxLayout)
 {
     setAccessibleName(title);
-    auto* badge = new QLabel;
-    badge->setFixedSize(badgeSide, badgeSide);
-    badge->setPixmap(sectionBadge(symbol, tint, devicePixelRatioF()));
-    badge->setAccessibleName(title);
+    auto* badge = new SectionBadge(symbol, tint);
 
     m_title->setTextFormat(Qt::PlainText);
-    QFont titleFont = m_title->font();
-    titleFont.setWeight(QFont::DemiBold);
-    m_title->setFont(titleFont);
+    m_title->setFont(textStyleFont(TextStyle::headline));
 
     auto* header = new QHBoxLayout;
     header->setSpacing(8);

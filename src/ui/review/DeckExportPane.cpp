@@ -27,11 +27,8 @@ QLabel* secondaryLabel(const QString& text)
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    QPalette palette = label->palette();
-    QColor colour = palette.color(QPalette::WindowText);
-    colour.setAlphaF(0.62f);
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    // The palette's quieter text colour, which follows a switch between light and dark.
+    label->setForegroundRole(QPalette::PlaceholderText);
     return label;
 }
 

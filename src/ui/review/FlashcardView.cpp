@@ -2,6 +2,7 @@
 #include "ui/review/FlashcardView.h"
 
 #include "core/records/ReviewCard.h"
+#include "ui/components/TextStyle.h"
 
 #include <QEasingCurve>
 #include <QFrame>
@@ -42,15 +43,6 @@ QLabel* plainLabel(QWidget* parent)
     // Long texts are clipped by the card rather than pushing the window's layout apart.
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
-}
-
-QPalette secondary(const QPalette& palette)
-{
-    QPalette result = palette;
-    QColor text = palette.color(QPalette::WindowText);
-    text.setAlphaF(0.62f);
-    result.setColor(QPalette::WindowText, text);
-    return result;
 }
 
 } // namespace
@@ -106,29 +98,24 @@ FlashcardView::FlashcardView(QWidget* parent)
     setAccessibleDescription(QStringLiteral("Click to flip"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 
-    QFont frontFont = m_front->font();
-    frontFont.setPointSizeF(26);
-    frontFont.setWeight(QFont::DemiBold);
-    m_front->setFont(frontFont);
+    m_front->setFont(textStyleFont(TextStyle::largeTitle, QFont::DemiBold));
     auto* front = new QWidget;
     auto* frontLayout = new QVBoxLayout(front);
     frontLayout->setContentsMargins(padding, padding, padding, padding);
     frontLayout->addWidget(m_front);
 
-    QFont sourceFont = m_backSource->font();
-    sourceFont.setWeight(QFont::Medium);
-    m_backSource->setFont(sourceFont);
-    m_backSource->setPalette(secondary(palette()));
-    m_reading->setPalette(secondary(palette()));
-    QFont captionFont = m_context->font();
-    captionFont.setPointSizeF(captionFont.pointSizeF() * 0.85);
-    m_context->setFont(captionFont);
-    m_context->setPalette(secondary(palette()));
+    m_backSource->setFont(textStyleFont(TextStyle::subheadline, QFont::Medium));
+    m_reading->setFont(textStyleFont(TextStyle::subheadline));
+    // The palette's quieter text colour, which follows a switch between light and dark.
+    m_backSource->setForegroundRole(QPalette::PlaceholderText);
+    m_reading->setForegroundRole(QPalette::PlaceholderText);
+    m_context->setFont(textStyleFont(TextStyle::caption));
+    m_context->setForegroundRole(QPalette::PlaceholderText);
 
     auto* divider = new QFrame;
     divider->setFrameShape(QFrame::HLine);
     divider->setFixedWidth(100);
-    divider->setPalette(secondary(palette()));
+    divider->setForegroundRole(QPalette::PlaceholderText);
 
     auto* back = new QWidget;
     auto* backLayout = new QVBoxLayout(back);
@@ -172,6 +159,11 @@ void FlashcardView::showCard(const ReviewCard& card, const std::optional<QString
     m_cardKey = key;
     m_flipped = flipped;
 
+    // Han characters take the glyph forms of the card's language.
+    const QString language = card.targetLanguage.value_or(QString());
+    m_front->setFont(withLanguageFamilies(textStyleFont(TextStyle::largeTitle, QFont::DemiBold),
+                                          cjkLanguageOf(card.sourceText, language)));
+    m_translationLanguage = cjkLanguageOf(card.translation, language);
     m_front->setText(shown(card.sourceText));
     m_backSource->setText(shown(card.sourceText));
     m_translation->setText(shown(card.translation));
@@ -209,7 +201,10 @@ void FlashcardView::startTurn(const QPixmap& from)
         m_turnProgress = value.toReal();
         m_turnOverlay->update();
     });
-    connect(turn, &QVariantAnimation::finished, this, [this] {
+    // Finished or stopped by the next change alike: the faces underneath are current again.
+    connect(turn, &QVariantAnimation::stateChanged, this, [this](QAbstractAnimation::State state) {
+        if (state != QAbstractAnimation::Stopped)
+            return;
         m_turnProgress = 1.0;
         m_turnOverlay->hide();
         m_turnFrom = {};
@@ -225,14 +220,13 @@ void FlashcardView::startTurn(const QPixmap& from)
 
 void FlashcardView::fitTranslation()
 {
-    QFont font = m_translation->font();
-    font.setWeight(QFont::DemiBold);
-    font.setPointSizeF(translationPointSize);
+    QFont font = withLanguageFamilies(pointSizeFont(translationPointSize, QFont::DemiBold), m_translationLanguage);
     const int available = qMax(1, width() - 2 * padding - 8);
     const int natural = QFontMetrics(font).horizontalAdvance(m_translation->text().section(u'\n', 0, 0));
     if (natural > available) {
         const qreal scale = qMax(smallestTranslationScale, qreal(available) / natural);
-        font.setPointSizeF(translationPointSize * scale);
+        font =
+            withLanguageFamilies(pointSizeFont(translationPointSize * scale, QFont::DemiBold), m_translationLanguage);
     }
     m_translation->setFont(font);
 }

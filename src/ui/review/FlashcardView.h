@@ -57,6 +57,7 @@ private:
     qreal m_turnProgress = 1.0;
     bool m_flipped = false;
     QString m_cardKey;
+    QString m_translationLanguage;
 
     friend class FlashcardTurnOverlay;
 };

@@ -6,6 +6,7 @@
 #include "core/translation/DirectionDetection.h"
 #include "platform/Transliterator.h"
 #include "ui/components/SymbolIcon.h"
+#include "ui/components/TextStyle.h"
 #include "ui/review/DeckExportPane.h"
 #include "ui/review/FlashcardView.h"
 #include "ui/share/SharePayload.h"
@@ -47,13 +48,10 @@ QLabel* plainLabel(const QString& text = {})
     return label;
 }
 
+// The palette's quieter text colour, which follows a switch between light and dark.
 void makeSecondary(QLabel* label)
 {
-    QPalette palette = label->palette();
-    QColor colour = palette.color(QPalette::WindowText);
-    colour.setAlphaF(0.62f);
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    label->setForegroundRole(QPalette::PlaceholderText);
 }
 
 QLabel* symbolLabel(Symbol symbol)
@@ -67,10 +65,7 @@ QLabel* symbolLabel(Symbol symbol)
 QLabel* titleLabel(const QString& text)
 {
     QLabel* label = plainLabel(text);
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 1.3);
-    font.setWeight(QFont::DemiBold);
-    label->setFont(font);
+    label->setFont(textStyleFont(TextStyle::title2, QFont::DemiBold));
     return label;
 }
 
@@ -163,6 +158,7 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
     m_progress->setFixedHeight(6);
     m_progress->setAccessibleName(QStringLiteral("Progress"));
     m_progressText->setTextFormat(Qt::PlainText);
+    m_progressText->setFont(textStyleFont(TextStyle::callout));
     auto* header = new QHBoxLayout;
     header->setSpacing(8);
     header->addWidget(m_previous);
@@ -232,6 +228,9 @@ ReviewDeckView::ReviewDeckView(const ReviewDeckContext& context, QWidget* parent
 
     connect(m_tabs, &QTabBar::currentChanged, this, [this](int index) {
         m_pages->setCurrentIndex(index);
+        // Date ranges count back from now: the count is taken afresh whenever the tab is shown.
+        if (index == 1)
+            m_exportPane->refresh();
         render();
     });
     connect(m_card, &FlashcardView::clicked, this, &ReviewDeckView::flip);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/share/SharePayload.h"
 
+#include "ui/components/TextStyle.h"
+
 #include <QFont>
-#include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QTextOption>
@@ -28,13 +29,10 @@ QString drawable(const QString& text)
     return cut;
 }
 
-QFont shareFont(int pointSize, QFont::Weight weight)
+// One logical pixel is one point of the picture. Han text takes the glyph forms of its language.
+QFont shareFont(int pointSize, QFont::Weight weight, const QString& text)
 {
-    QFont font = QGuiApplication::font();
-    // One logical pixel is one point of the picture.
-    font.setPixelSize(pointSize);
-    font.setWeight(weight);
-    return font;
+    return withLanguageFamilies(pointSizeFont(pointSize, weight), cjkLanguageOf(text));
 }
 
 // Boxes are given with the origin at the bottom left, as the picture's layout is described.
@@ -86,11 +84,12 @@ QImage renderShareImage(const QString& eyebrow, const QString& headline, const Q
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     painter.fillRect(QRectF(0, 0, sharePictureWidth, sharePictureHeight), backgroundGradient());
 
-    drawBox(painter, boxFromBottom(80, 520, 1040, 40), eyebrow, shareFont(22, QFont::DemiBold), 0.72);
+    drawBox(painter, boxFromBottom(80, 520, 1040, 40), eyebrow, shareFont(22, QFont::DemiBold, eyebrow), 0.72);
     drawBox(painter, boxFromBottom(80, 300, 1040, 190), headline,
-            shareFont(shareHeadlinePointSize(headline), QFont::Bold), 1.0);
-    drawBox(painter, boxFromBottom(80, 145, 1040, 145), body, shareFont(shareBodyPointSize(body), QFont::Medium), 0.90);
-    drawBox(painter, boxFromBottom(80, 52, 1040, 42), footer, shareFont(24, QFont::Normal), 0.72);
+            shareFont(shareHeadlinePointSize(headline), QFont::Bold, headline), 1.0);
+    drawBox(painter, boxFromBottom(80, 145, 1040, 145), body, shareFont(shareBodyPointSize(body), QFont::Medium, body),
+            0.90);
+    drawBox(painter, boxFromBottom(80, 52, 1040, 42), footer, shareFont(24, QFont::Normal, footer), 0.72);
     return image;
 }
 
