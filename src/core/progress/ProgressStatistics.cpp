@@ -66,8 +66,8 @@ void ProgressStatistics::refresh()
     const StatsCalendar calendar = m_calendarSource();
     m_calendar.firstDayOfWeek = calendar.firstDayOfWeek;
     if (calendar.zone != m_calendar.zone) {
-        qCInfo(lcProgressStatistics).noquote()
-            << "The time zone is now" << calendar.zone.id() << "; counting the days again";
+        qCInfo(lcProgressStatistics).noquote() << QStringLiteral("The time zone is now %1; counting the days again")
+                                                      .arg(QString::fromUtf8(calendar.zone.id()));
         m_calendar.zone = calendar.zone;
         m_tally = std::make_unique<UsageTally>(m_calendar.zone);
         countNewEvents();

@@ -2,6 +2,7 @@
 #include "ui/progress/MilestoneCelebrationView.h"
 
 #include "core/progress/ProgressTexts.h"
+#include "ui/components/TextStyle.h"
 #include "ui/progress/NumberTile.h"
 #include "ui/progress/ProgressSymbols.h"
 #include "ui/share/SharePayload.h"
@@ -40,16 +41,13 @@ protected:
     }
 };
 
-QLabel* wordLabel(const QString& text, QFont::Weight weight)
+QLabel* wordLabel(const QString& text, QFont::Weight weight, const QString& languageCode)
 {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignHCenter);
     label->setWordWrap(true);
-    QFont font = label->font();
-    font.setPixelSize(20);
-    font.setWeight(weight);
-    label->setFont(font);
+    label->setFont(withLanguageFamilies(textStyleFont(TextStyle::title2, weight), languageCode));
     return label;
 }
 
@@ -72,24 +70,27 @@ MilestoneCelebrationView::MilestoneCelebrationView(const LookupMilestone& milest
     auto* headline = new QLabel(t::milestoneHeadline(milestone.count));
     headline->setTextFormat(Qt::PlainText);
     headline->setAlignment(Qt::AlignHCenter);
-    QFont headlineFont = TabularNumberLabel::numberFont(28);
-    headlineFont.setWeight(QFont::Bold);
-    headline->setFont(headlineFont);
+    headline->setFont(TabularNumberLabel::numberFont(TextStyle::largeTitle, QFont::Bold));
 
     auto* sentence = new QLabel(t::celebrationSentence());
     sentence->setTextFormat(Qt::PlainText);
     sentence->setAlignment(Qt::AlignHCenter);
     sentence->setWordWrap(true);
     sentence->setForegroundRole(QPalette::PlaceholderText);
+    sentence->setFont(textStyleFont(TextStyle::callout));
 
     auto* card = new WordCard;
     card->setAccessibleName(milestone.source + QStringLiteral(" → ") + milestone.translation);
-    auto* source = wordLabel(milestone.source, QFont::Bold);
+    // The side in the learning language takes its glyph forms (Han in Japanese, say).
+    const QString english = QStringLiteral("en");
+    const bool fromEnglish = milestone.direction == DetectedDirection::englishToTarget;
+    auto* source = wordLabel(milestone.source, QFont::Bold, fromEnglish ? english : milestone.targetLanguageCode);
     auto* arrow = new QLabel;
     arrow->setPixmap(progressSymbol(ProgressSymbol::arrowDown, palette().color(QPalette::PlaceholderText))
                          .pixmap(QSize(16, 16), devicePixelRatioF()));
     arrow->setAlignment(Qt::AlignHCenter);
-    auto* translation = wordLabel(milestone.translation, QFont::DemiBold);
+    auto* translation =
+        wordLabel(milestone.translation, QFont::DemiBold, fromEnglish ? milestone.targetLanguageCode : english);
     auto* cardLayout = new QVBoxLayout(card);
     cardLayout->setContentsMargins(16, 12, 16, 12);
     cardLayout->setSpacing(4);

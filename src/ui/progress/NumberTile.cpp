@@ -16,18 +16,18 @@ TabularNumberLabel::TabularNumberLabel(QWidget* parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
-    setFont(numberFont(20));
+    setFont(numberFont(TextStyle::title1));
 }
 
-QFont TabularNumberLabel::numberFont(int pixelSize)
+QFont TabularNumberLabel::numberFont(TextStyle style, QFont::Weight weight)
 {
     // Quicksand is rounded; DejaVu Sans, always there, is the plain fallback. One family, chosen
     // here, so that measuring and drawing use the same face.
     static const QString family = QFontDatabase::hasFamily(QStringLiteral("Quicksand")) ? QStringLiteral("Quicksand")
                                                                                         : QStringLiteral("DejaVu Sans");
     QFont font(family);
-    font.setPixelSize(pixelSize);
-    font.setWeight(QFont::DemiBold);
+    font.setPixelSize(int(textStyleSize(style)));
+    font.setWeight(weight);
     return font;
 }
 
@@ -83,9 +83,7 @@ NumberTile::NumberTile(const QString& caption, QWidget* parent)
     , m_caption(new QLabel(caption))
 {
     m_caption->setTextFormat(Qt::PlainText);
-    QFont small = m_caption->font();
-    small.setPointSizeF(small.pointSizeF() * 0.85);
-    m_caption->setFont(small);
+    m_caption->setFont(textStyleFont(TextStyle::caption));
     m_caption->setForegroundRole(QPalette::PlaceholderText);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

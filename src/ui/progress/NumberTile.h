@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/components/TextStyle.h"
+
 #include <QLabel>
 #include <QWidget>
 
@@ -17,8 +19,8 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
-    // The rounded face of numbers, at a pixel size.
-    static QFont numberFont(int pixelSize);
+    // The rounded face of numbers, at the size of a text style.
+    static QFont numberFont(TextStyle style, QFont::Weight weight = QFont::DemiBold);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -3,6 +3,7 @@
 
 #include "core/progress/ProgressTexts.h"
 #include "ui/components/SectionCard.h"
+#include "ui/components/TextStyle.h"
 #include "ui/progress/NumberTile.h"
 #include "ui/progress/ProgressSymbols.h"
 
@@ -165,6 +166,7 @@ void StatsView::render()
     m_streakText->setAccessibleName(m_streakText->text());
     m_topRow->setVisible(s.showsMostLookedUp());
     m_topText->setText(s.mostLookedUp ? t::mostLookedUp(*s.mostLookedUp) : QString());
+    m_topText->setFont(withLanguageFamilies(font(), cjkLanguageOf(m_topText->text())));
     m_topText->setAccessibleName(m_topText->text());
 }
 

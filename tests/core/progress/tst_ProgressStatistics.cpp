@@ -10,7 +10,6 @@
 
 using namespace tolvane;
 Q_DECLARE_METATYPE(tolvane::PeriodCounts)
-Q_DECLARE_METATYPE(std::optional<qint64>)
 
 namespace QTest {
 template <> char* toString(const PeriodCounts& c)
@@ -172,29 +171,6 @@ private Q_SLOTS:
                                          {QStringLiteral("c"), {}, 5, {}, {}}};
         QCOMPARE(mostLookedUpEntry(entries)->word, QStringLiteral("b"));
         QVERIFY(!mostLookedUpEntry({}));
-    }
-
-    void theProgressBarEndsAtTheLastMilestone_data()
-    {
-        QTest::addColumn<qint64>("count");
-        QTest::addColumn<std::optional<qint64>>("next");
-        QTest::newRow("none") << qint64(0) << std::optional<qint64>(25);
-        QTest::newRow("on a milestone") << qint64(25) << std::optional<qint64>(100);
-        QTest::newRow("just under the last") << qint64(4999) << std::optional<qint64>(5000);
-        QTest::newRow("the last") << qint64(5000) << std::optional<qint64>();
-        QTest::newRow("past it") << qint64(123456) << std::optional<qint64>();
-    }
-
-    void theProgressBarEndsAtTheLastMilestone()
-    {
-        QFETCH(qint64, count);
-        QFETCH(std::optional<qint64>, next);
-        ProgressFixture f;
-        f.preferences.setInteger(PreferenceKey::successfulWordLookupCount, count);
-        f.open();
-        const ProgressStatistics stats(f.sources(), f.calendarSource());
-        QCOMPARE(stats.snapshot().successfulLookups, count);
-        QCOMPARE(stats.snapshot().nextMilestone, next);
     }
 
     void everyChangeOfASourceIsCountedAndSignalled()

@@ -224,12 +224,20 @@ private Q_SLOTS:
         QCOMPARE(expected["highlights"]["streak"].toInteger(), 4);
         QCOMPARE(expected["milestones"]["next"].toInteger(), 2500);
 
-        // Asked again while open: still one window, at the front.
+        QTRY_VERIFY((windows = statsWindows()).active);
+
+        // Another window takes the focus; asked again, the one statistics window comes back to the front.
+        QWidget other;
+        other.setWindowTitle(QStringLiteral("Another window"));
+        other.resize(400, 300);
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(other.isActiveWindow());
+        QTRY_VERIFY(!(windows = statsWindows()).active);
         QVERIFY(tolvaneCommand({QStringLiteral("open"), QStringLiteral("stats")}));
-        QTest::qWait(500);
-        windows = statsWindows();
+        QTRY_VERIFY((windows = statsWindows()).active);
         QCOMPARE(windows.count, 1);
-        QVERIFY(windows.active);
+        QTRY_VERIFY(!other.isActiveWindow());
 
         tolvane.terminate();
         QVERIFY(tolvane.waitForFinished(10000));
