@@ -395,7 +395,12 @@ OnboardingGuideView::OnboardingGuideView(OnboardingGuide::Services services,
     renderPermissions();
 }
 
-OnboardingGuideView::~OnboardingGuideView() = default;
+OnboardingGuideView::~OnboardingGuideView()
+{
+    // The guide goes before the widgets that show it: nothing it reports on its way out may reach
+    // them.
+    disconnect(&m_guide, nullptr, this, nullptr);
+}
 
 QString OnboardingGuideView::currentHotkeyDisplay() const
 {
