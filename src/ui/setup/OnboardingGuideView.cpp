@@ -537,7 +537,8 @@ QWidget* OnboardingGuideView::buildReminders()
         m_frequency->addItem(frequency.text);
     label->setBuddy(m_frequency);
     row->addWidget(label);
-    row->addWidget(m_frequency, 1);
+    row->addWidget(m_frequency);
+    row->addStretch(1);
     layout->addLayout(row);
     connect(m_frequency, &QComboBox::activated, this, [this](int index) { m_guide.setReminderFrequencyIndex(index); });
     layout->addWidget(textLabel(onThisPlatform(Texts::remindersNote), page, TextStyle::callout, std::nullopt, true));
@@ -686,17 +687,6 @@ void OnboardingGuideView::paintAccents()
         }
     }
     renderPermissions();
-}
-
-void OnboardingGuideView::showStepForPicture(int step)
-{
-    while (m_guide.currentStep() > step && m_guide.showsBack())
-        m_guide.goBack();
-    m_pages->setCurrentIndex(step);
-    m_dots->setCurrent(step);
-    m_back->setVisible(step >= OnboardingGuide::language && step <= OnboardingGuide::reminders);
-    m_primary->setVisible(step < OnboardingGuide::summary);
-    m_primary->setText(step == OnboardingGuide::welcome ? Texts::getStarted : Texts::continueButton);
 }
 
 void OnboardingGuideView::render()

@@ -34,8 +34,6 @@ public:
 
     OnboardingGuide& guide() { return m_guide; }
     WelcomeTranslationDemo* demo() const { return m_demo; }
-    // Shows a step directly, for pictures of each step.
-    void showStepForPicture(int step);
 
     // Whether a colour emoji font can draw the flags; otherwise the rows show the language codes.
     static bool canDrawFlags();
