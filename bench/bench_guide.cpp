@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the welcome demonstration costs: the share of one core the process uses while the
-// animation plays in a shown window, and while the window is hidden. Run on a display (for
+// What the welcome demonstration costs: the share of one core the process uses while the guide's
+// window shows its welcome step with the animation playing, and while the window is hidden. Run on a display (for
 // example inside scripts/virtual-desktop):
 //     bench_guide [SECONDS]
+#include "core/hotkeys/HotkeyManager.h"
+#include "core/review/NotificationScheduler.h"
+#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/Preferences.h"
+#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/QtScheduler.h"
+#include "core/translation/LiveTranslationService.h"
+#include "platform/null/NullPlatform.h"
+#include "ui/setup/OnboardingGuideView.h"
 #include "ui/setup/WelcomeTranslationDemo.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <QWindow>
 
 #include <cstdio>
@@ -51,12 +58,19 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     const int seconds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 10;
     QtScheduler scheduler;
-    QWidget window;
-    window.setWindowTitle(QStringLiteral("Setup Guide"));
-    auto* layout = new QVBoxLayout(&window);
-    auto* demo = new WelcomeTranslationDemo(scheduler, &window);
-    layout->addWidget(demo);
-    window.resize(600, 400);
+    PlatformServices services = createNullPlatform();
+    Preferences preferences(*services.preferences);
+    LiveTranslationService translation(*services.translationEngine, scheduler);
+    NotificationScheduler reminders(*services.notifications, preferences, scheduler,
+                                    [] { return QList<ReviewCard>(); });
+    HotkeyManager hotkeys(preferences, *services.hotkeys);
+    AccessibilityPermissionManager accessibility(*services.accessibility, scheduler);
+    ScreenRecordingPermissionManager screenRecording(*services.textRecognizer, scheduler);
+    OnboardingGuideView window(OnboardingGuide::Services{preferences, scheduler, translation, *services.notifications,
+                                                         reminders, *services.eventMonitor, hotkeys},
+                               accessibility, screenRecording);
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    WelcomeTranslationDemo* demo = window.demo();
     window.show();
     for (int i = 0; i < 50 && !(window.windowHandle() && window.windowHandle()->isExposed()); ++i)
         runFor(100);

@@ -25,7 +25,11 @@ OnboardingGuide::OnboardingGuide(Services services, QObject* parent)
     connect(&m_capture, &OnboardingHotkeyCaptureCoordinator::validationMessageChanged, this, &OnboardingGuide::changed);
 }
 
-OnboardingGuide::~OnboardingGuide() = default;
+OnboardingGuide::~OnboardingGuide()
+{
+    // While every field is still whole, so that listeners hear of the capture ending.
+    m_capture.stopCapture();
+}
 
 bool OnboardingGuide::canContinue() const
 {

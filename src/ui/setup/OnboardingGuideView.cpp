@@ -16,6 +16,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QHBoxLayout>
@@ -212,19 +213,29 @@ QColor accentColor(const QWidget* w)
 {
     return w->palette().color(QPalette::Highlight);
 }
+
+// Symbols in the accent colour follow the palette when the appearance changes.
+const char* const accentSymbolProperty = "tolvaneAccentSymbol";
+
+QLabel* accentSymbol(Symbol symbol, int size, QWidget* parent)
+{
+    QLabel* label = symbolLabel(symbol, size, accentColor(parent), parent);
+    label->setProperty(accentSymbolProperty, QPoint(int(symbol), size));
+    return label;
+}
 const QColor green(0x34, 0xC7, 0x59);
 const QColor orange(0xFF, 0x95, 0x00);
 const QColor red(0xFF, 0x3B, 0x30);
 const QColor yellow(0xFF, 0xCC, 0x00);
 
 // A symbol beside a text, the symbol aligned with the text's first line.
-QWidget* symbolRow(Symbol symbol, const QColor& color, QWidget* content, QWidget* parent)
+QWidget* symbolRow(Symbol symbol, QWidget* content, QWidget* parent)
 {
     auto* row = new QWidget(parent);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(12);
-    layout->addWidget(symbolLabel(symbol, 20, color, row), 0, Qt::AlignTop);
+    layout->addWidget(accentSymbol(symbol, 20, row), 0, Qt::AlignTop);
     content->setParent(row);
     layout->addWidget(content, 1);
     return row;
@@ -384,7 +395,12 @@ OnboardingGuideView::OnboardingGuideView(OnboardingGuide::Services services,
     renderPermissions();
 }
 
-OnboardingGuideView::~OnboardingGuideView() = default;
+OnboardingGuideView::~OnboardingGuideView()
+{
+    // The guide goes before the widgets that show it: nothing it reports on its way out may reach
+    // them.
+    disconnect(&m_guide, nullptr, this, nullptr);
+}
 
 QString OnboardingGuideView::currentHotkeyDisplay() const
 {
@@ -397,7 +413,7 @@ QWidget* OnboardingGuideView::buildWelcome(Scheduler& scheduler)
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(40, 28, 40, 12);
     layout->setSpacing(8);
-    layout->addWidget(symbolLabel(Symbol::bubbleFilled, 52, accentColor(this), page), 0, Qt::AlignHCenter);
+    layout->addWidget(accentSymbol(Symbol::bubbleFilled, 52, page), 0, Qt::AlignHCenter);
     auto* title = textLabel(Texts::welcomeTitle, page, TextStyle::largeTitle, QFont::Bold);
     title->setAlignment(Qt::AlignHCenter);
     layout->addWidget(title);
@@ -410,10 +426,9 @@ QWidget* OnboardingGuideView::buildWelcome(Scheduler& scheduler)
     layout->addSpacing(6);
     layout->addWidget(textLabel(Texts::welcomeParagraph, page));
     layout->addSpacing(4);
-    const QColor accent = accentColor(this);
-    layout->addWidget(symbolRow(Symbol::pointerRays, accent, textLabel(Texts::featureHover, nullptr), page));
-    layout->addWidget(symbolRow(Symbol::bubble, accent, textLabel(Texts::featureInstant, nullptr), page));
-    layout->addWidget(symbolRow(Symbol::stackPlus, accent, textLabel(Texts::featureDeck, nullptr), page));
+    layout->addWidget(symbolRow(Symbol::pointerRays, textLabel(Texts::featureHover, nullptr), page));
+    layout->addWidget(symbolRow(Symbol::bubble, textLabel(Texts::featureInstant, nullptr), page));
+    layout->addWidget(symbolRow(Symbol::stackPlus, textLabel(Texts::featureDeck, nullptr), page));
     layout->addStretch(1);
     return page;
 }
@@ -522,7 +537,8 @@ QWidget* OnboardingGuideView::buildReminders()
         m_frequency->addItem(frequency.text);
     label->setBuddy(m_frequency);
     row->addWidget(label);
-    row->addWidget(m_frequency, 1);
+    row->addWidget(m_frequency);
+    row->addStretch(1);
     layout->addLayout(row);
     connect(m_frequency, &QComboBox::activated, this, [this](int index) { m_guide.setReminderFrequencyIndex(index); });
     layout->addWidget(textLabel(onThisPlatform(Texts::remindersNote), page, TextStyle::callout, std::nullopt, true));
@@ -543,7 +559,6 @@ QWidget* OnboardingGuideView::buildSummary()
     layout->addLayout(top);
     layout->addSpacing(2);
 
-    const QColor accent = accentColor(this);
     // A sentence with the hotkey's keycaps in its middle.
     const auto keycapSentence = [&](Symbol symbol, const QString& before, const QString& after) {
         auto* content = new QWidget;
@@ -560,12 +575,12 @@ QWidget* OnboardingGuideView::buildSummary()
         line->addWidget(caps);
         line->addWidget(last);
         line->addStretch(1);
-        layout->addWidget(symbolRow(symbol, accent, content, page));
+        layout->addWidget(symbolRow(symbol, content, page));
     };
     keycapSentence(Symbol::pointerRays, Texts::hoverBefore, Texts::hoverAfter);
     keycapSentence(Symbol::quote, Texts::selectBefore, Texts::selectAfter);
-    layout->addWidget(symbolRow(Symbol::stackFilled, accent, textLabel(Texts::savedAsFlashcards, nullptr), page));
-    layout->addWidget(symbolRow(Symbol::trayWindow, accent, textLabel(onThisPlatform(Texts::trayIcon), nullptr), page));
+    layout->addWidget(symbolRow(Symbol::stackFilled, textLabel(Texts::savedAsFlashcards, nullptr), page));
+    layout->addWidget(symbolRow(Symbol::trayWindow, textLabel(onThisPlatform(Texts::trayIcon), nullptr), page));
 
     auto* tip = new QLabel(page);
     tip->setAutoFillBackground(true);
@@ -612,18 +627,13 @@ QWidget* OnboardingGuideView::buildSummary()
     layout->addWidget(m_withoutAccessibility);
     layout->addStretch(1);
 
-    auto* start = new QPushButton(Texts::startUsing, page);
-    start->setDefault(true);
-    start->setMinimumHeight(34);
-    QFont startFont = start->font();
-    startFont.setWeight(QFont::DemiBold);
-    start->setFont(startFont);
-    QPalette startPalette = start->palette();
-    startPalette.setColor(QPalette::Button, accent);
-    startPalette.setColor(QPalette::ButtonText, Qt::white);
-    start->setPalette(startPalette);
-    connect(start, &QPushButton::clicked, this, [this] { m_guide.finish(); });
-    layout->addWidget(start);
+    m_start = new QPushButton(Texts::startUsing, page);
+    m_start->setDefault(true);
+    m_start->setMinimumHeight(34);
+    m_start->setFont(textStyleFont(TextStyle::headline));
+    connect(m_start, &QPushButton::clicked, this, [this] { m_guide.finish(); });
+    layout->addWidget(m_start);
+    paintAccents();
     return page;
 }
 
@@ -654,15 +664,29 @@ QWidget* OnboardingGuideView::buildNavigation()
     return bar;
 }
 
-void OnboardingGuideView::showStepForPicture(int step)
+void OnboardingGuideView::changeEvent(QEvent* event)
 {
-    while (m_guide.currentStep() > step && m_guide.showsBack())
-        m_guide.goBack();
-    m_pages->setCurrentIndex(step);
-    m_dots->setCurrent(step);
-    m_back->setVisible(step >= OnboardingGuide::language && step <= OnboardingGuide::reminders);
-    m_primary->setVisible(step < OnboardingGuide::summary);
-    m_primary->setText(step == OnboardingGuide::welcome ? Texts::getStarted : Texts::continueButton);
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_start)
+        paintAccents();
+}
+
+void OnboardingGuideView::paintAccents()
+{
+    // The prominent button wears the accent; so do the symbols marked as following it.
+    QPalette startPalette = m_start->palette();
+    startPalette.setColor(QPalette::Button, accentColor(this));
+    startPalette.setColor(QPalette::ButtonText, Qt::white);
+    m_start->setPalette(startPalette);
+    const qreal dpr = devicePixelRatioF();
+    for (QLabel* label : findChildren<QLabel*>()) {
+        const QVariant marked = label->property(accentSymbolProperty);
+        if (marked.isValid()) {
+            const QPoint symbol = marked.toPoint();
+            label->setPixmap(symbolPixmap(Symbol(symbol.x()), symbol.y(), accentColor(this), dpr));
+        }
+    }
+    renderPermissions();
 }
 
 void OnboardingGuideView::render()

@@ -34,13 +34,15 @@ public:
 
     OnboardingGuide& guide() { return m_guide; }
     WelcomeTranslationDemo* demo() const { return m_demo; }
-    // Shows a step directly, for pictures of each step.
-    void showStepForPicture(int step);
 
     // Whether a colour emoji font can draw the flags; otherwise the rows show the language codes.
     static bool canDrawFlags();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void paintAccents();
     QWidget* buildWelcome(Scheduler& scheduler);
     QWidget* buildLanguage();
     QWidget* buildHotkey();
@@ -86,6 +88,7 @@ private:
     QLabel* m_withoutAccessibility = nullptr;
     StepProgressDots* m_dots = nullptr;
     QPushButton* m_back = nullptr;
+    QPushButton* m_start = nullptr;
     QPushButton* m_primary = nullptr;
 };
 

@@ -74,34 +74,47 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(view.get()));
         auto* pages = view->findChild<QStackedWidget*>();
         QVERIFY(pages);
-        const QStringList names = {"1-welcome", "2-language", "3-hotkey", "4-reminders", "5-summary"};
-        for (int step = 0; step < OnboardingGuide::stepCount; ++step) {
-            if (step == OnboardingGuide::language) {
-                view->guide().goForward();
-                view->guide().chooseLanguage(QStringLiteral("fr"));
-                QTRY_VERIFY(view->guide().modelReady());
-            } else {
-                view->showStepForPicture(step);
-            }
+        // Each step as the user reaches it, with its states along the way.
+        const auto shoot = [&](const QString& name) {
             QCoreApplication::processEvents();
-            QWidget* page = pages->widget(step);
+            QWidget* page = pages->currentWidget();
             // Nothing may be cut off at the bottom of a step.
             QVERIFY2(
                 page->layout()->minimumSize().height() <= pages->height(),
-                qPrintable(
-                    QStringLiteral("%1 needs %2 pixels").arg(names[step]).arg(page->layout()->minimumSize().height())));
-            view->grab().save(m_out + QStringLiteral("/%1-%2.png").arg(names[step], appearance));
-        }
-        // The failure the language step shows, and the demonstration caught between two phases.
-        view->showStepForPicture(OnboardingGuide::language);
+                qPrintable(QStringLiteral("%1 needs %2 pixels").arg(name).arg(page->layout()->minimumSize().height())));
+            view->grab().save(m_out + QStringLiteral("/%1-%2.png").arg(name, appearance));
+        };
+        OnboardingGuide& guide = view->guide();
+        shoot(QStringLiteral("1-welcome"));
+        guide.goForward();
         rig.platform.translationEngine->prepareError =
             QStringLiteral("The English → German dictionary is not installed. Run scripts/setup.");
-        view->guide().chooseLanguage(QStringLiteral("de"));
-        QTRY_VERIFY(view->guide().downloadError().has_value());
-        view->grab().save(m_out + QStringLiteral("/2-language-failed-%1.png").arg(appearance));
-        view->showStepForPicture(OnboardingGuide::welcome);
-        view->demo()->showFrame(DemoFrame::mix(DemoFrame::forPhase(3), DemoFrame::forPhase(4), 0.55));
-        view->demo()->grab().save(m_out + QStringLiteral("/demo-mid-animation-%1.png").arg(appearance));
+        guide.chooseLanguage(QStringLiteral("de"));
+        QTRY_VERIFY(guide.downloadError().has_value());
+        shoot(QStringLiteral("2-language-failed"));
+        rig.platform.translationEngine->prepareError.clear();
+        guide.chooseLanguage(QStringLiteral("fr"));
+        QTRY_VERIFY(guide.modelReady());
+        shoot(QStringLiteral("2-language"));
+        guide.goForward();
+        shoot(QStringLiteral("3-hotkey"));
+        guide.captureCoordinator().startCapture();
+        shoot(QStringLiteral("3-hotkey-capturing"));
+        KeyEvent f5;
+        f5.keyCode = 96;
+        rig.platform.eventMonitor->sendKey(f5);
+        QVERIFY(!guide.captureCoordinator().validationMessageText().isEmpty());
+        shoot(QStringLiteral("3-hotkey-bare-key"));
+        guide.goForward();
+        shoot(QStringLiteral("4-reminders"));
+        guide.goForward();
+        shoot(QStringLiteral("5-summary"));
+
+        // The demonstration caught between two phases.
+        std::unique_ptr<OnboardingGuideView> another(rig.open());
+        another->show();
+        another->demo()->showFrame(DemoFrame::mix(DemoFrame::forPhase(3), DemoFrame::forPhase(4), 0.55));
+        another->demo()->grab().save(m_out + QStringLiteral("/demo-mid-animation-%1.png").arg(appearance));
     }
 
     void demonstrationPlaysOnlyWhileItsStepIsShown()
@@ -119,6 +132,17 @@ private Q_SLOTS:
         QVERIFY(demo->isPlaying());
         view->hide();
         QVERIFY(!demo->isPlaying() && !demo->isAnimating());
+    }
+
+    void closingTheWindowDuringACaptureTakesTheKeyMonitorDown()
+    {
+        Rig rig;
+        std::unique_ptr<OnboardingGuideView> view(rig.open());
+        view->show();
+        view->guide().captureCoordinator().startCapture();
+        QCOMPARE(rig.platform.eventMonitor->monitorCount(), 1);
+        view.reset();
+        QCOMPARE(rig.platform.eventMonitor->monitorCount(), 0);
     }
 
     void flagsAreDrawnInColourWhereTheDesktopHasTheFont()
