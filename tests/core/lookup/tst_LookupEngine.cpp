@@ -52,6 +52,8 @@ private Q_SLOTS:
         f.press();
         QCOMPARE(f.passageCards.size(), expected == QLatin1String("passage") ? 1 : 0);
         QCOMPARE(f.card != nullptr, expected == QLatin1String("word"));
+        if (expected == QLatin1String("word")) // one question to the desktop about the pointer
+            QCOMPARE(f.platform.accessibility->pointsAsked.size(), 1);
         QCOMPARE(f.usageEvents.events().size(), expected == QLatin1String("nothing") ? 0 : 1);
         if (expected == QLatin1String("passage"))
             QCOMPARE(f.passageCards.first()->views.first().source, QStringLiteral("Le chat dort."));
