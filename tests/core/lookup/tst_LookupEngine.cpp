@@ -31,6 +31,7 @@ private Q_SLOTS:
                                                       << "passage" << false;
         QTest::newRow("focus taken by the key grab") << V() << true << "Le chat dort."
                                                      << "passage" << true;
+        QTest::newRow("focus taken, no selection") << V() << true << QString() << "word" << true;
     }
     void aPressLooksUpTheSelectionOrTheWordUnlessSwitchedOff()
     {
