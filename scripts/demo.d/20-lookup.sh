@@ -62,4 +62,20 @@ else
     card_shot lookup/passage-card
     sleep 3.5
     close_words
+
+    # The word card again in the dark appearance.
+    set_preference appearanceMode '"dark"'
+    set_preference targetLanguage '"ja"'
+    sleep 1.5
+    open_words
+    read -r wx wy < <(word_at children)
+    xdotool mousemove "$wx" "$wy"
+    sleep 0.3
+    xdotool keydown ctrl+alt+space
+    sleep 1.5
+    card_shot lookup/word-card-dark
+    xdotool keyup space keyup alt keyup ctrl
+    sleep 5.5
+    close_words
+    set_preference appearanceMode '"system"'
 fi

@@ -106,9 +106,9 @@ void HoverController::refreshAvailability()
     }
 }
 
-void HoverController::beginWordLookup()
+void HoverController::beginWordLookup(std::optional<PointedElement> pointed)
 {
-    const QPointF pointer = m_services.screens.pointerLocation();
+    const QPointF pointer = pointed ? pointed->pointer : m_services.screens.pointerLocation();
     if (!m_overlayWindow)
         m_overlayWindow = m_services.makeCard();
     m_overlayWindow->showAt(pointer);
@@ -127,7 +127,7 @@ void HoverController::beginWordLookup()
     m_activeDirection = Direction::englishToTarget;
     const qint64 generation = ++m_lookupGeneration;
     m_lastLoggedText.reset();
-    lookupAt(generation, label, pointer);
+    lookupAt(generation, label, pointer, pointed ? std::optional(pointed->element) : std::nullopt);
 }
 
 void HoverController::installKeyReleaseMonitor()
@@ -175,9 +175,11 @@ void HoverController::scheduleWordModeEnd(Duration delay, bool safety)
     });
 }
 
-void HoverController::lookupAt(qint64 generation, const QString& label, QPointF point)
+void HoverController::lookupAt(qint64 generation, const QString& label, QPointF point,
+                               std::optional<AccessibleElementPtr> known)
 {
-    const AccessibleElementPtr element = AXHoverInspector::elementAtPointer(m_services.accessibility, point);
+    const AccessibleElementPtr element =
+        known ? *known : AXHoverInspector::elementAtPointer(m_services.accessibility, point);
     if (!element) {
         handOver(generation, std::nullopt, std::nullopt, label, point);
         return;

@@ -5,6 +5,7 @@
 #include "core/setup/Preferences.h"
 #include "core/support/Scheduler.h"
 #include "core/translation/DetectedDirection.h"
+#include "platform/AccessibilityService.h"
 #include "platform/KeyReleaseMonitor.h"
 
 #include <QDateTime>
@@ -90,7 +91,14 @@ public:
     void start();
     // Ends any look-up when word look-ups are switched off or accessibility is not allowed.
     void refreshAvailability();
-    void beginWordLookup();
+    // pointed: the element under the pointer when the caller has just asked for it (it may be
+    // none), so that the desktop is not asked twice for one press.
+    struct PointedElement
+    {
+        QPointF pointer;
+        AccessibleElementPtr element;
+    };
+    void beginWordLookup(std::optional<PointedElement> pointed = std::nullopt);
     // The hotkey went up: the card stays until the reading time since the press has passed.
     void hotkeyReleased();
     void endWordMode();
@@ -115,7 +123,7 @@ public:
     WordCard* card() const { return m_overlayWindow.get(); }
 
 private:
-    void lookupAt(qint64 generation, const QString& label, QPointF point);
+    void lookupAt(qint64 generation, const QString& label, QPointF point, std::optional<AccessibleElementPtr> known);
     void handOver(qint64 generation, std::optional<QString> text, std::optional<QString> sentence, const QString& label,
                   QPointF point);
     void handleTextResult(qint64 generation, const std::optional<QString>& text, const std::optional<QString>& sentence,

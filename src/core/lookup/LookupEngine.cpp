@@ -40,18 +40,20 @@ void LookupEngine::hotkeyPressed()
     if (!m_services.preferences.axWordLookupEnabled())
         return;
     m_lastLookupWasPassage = false;
-    m_services.hover.beginWordLookup();
+    m_services.hover.beginWordLookup(std::exchange(m_pointed, std::nullopt));
 }
 
-std::optional<QString> LookupEngine::selection() const
+std::optional<QString> LookupEngine::selection()
 {
+    m_pointed.reset();
     if (const AccessibleElementPtr focused = m_services.accessibility.focusedElement())
         return focused->selectedText();
     // The hotkey's key grab takes the focus from some toolkits (GTK among them) for as long as the
     // key is down, so that no element is focused just now; the selection is then usually where
     // the pointer rests.
-    const AccessibleElementPtr underPointer =
-        AXHoverInspector::elementAtPointer(m_services.accessibility, m_services.screens.pointerLocation());
+    const QPointF pointer = m_services.screens.pointerLocation();
+    const AccessibleElementPtr underPointer = AXHoverInspector::elementAtPointer(m_services.accessibility, pointer);
+    m_pointed = HoverController::PointedElement{pointer, underPointer};
     return underPointer ? underPointer->selectedText() : std::nullopt;
 }
 

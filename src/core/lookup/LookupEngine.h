@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/lookup/HoverController.h"
 #include "core/lookup/LookupCards.h"
 
 #include <QObject>
@@ -13,7 +14,6 @@ namespace tolvane {
 
 class AccessibilityService;
 class ConfusionLogStore;
-class HoverController;
 class LanguageRecognizer;
 class LiveTranslationService;
 class Preferences;
@@ -56,7 +56,9 @@ public:
     PassageCard* passageCard() const { return m_passageOverlayWindow.get(); }
 
 private:
-    std::optional<QString> selection() const;
+    // The focused element's selection; when nothing is focused, the selection under the pointer,
+    // and that element is kept for the word look-up.
+    std::optional<QString> selection();
     void translatePassage(const QString& text);
     void showPassage(const TranslationOverlayView& view);
 
@@ -64,6 +66,7 @@ private:
     std::unique_ptr<PassageCard> m_passageOverlayWindow;
     qint64 m_passageLookupGeneration = 0;
     bool m_lastLookupWasPassage = false;
+    std::optional<HoverController::PointedElement> m_pointed;
 };
 
 // The texts the passage card shows for a look-up.

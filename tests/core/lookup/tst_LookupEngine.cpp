@@ -31,6 +31,7 @@ private Q_SLOTS:
                                                       << "passage" << false;
         QTest::newRow("focus taken by the key grab") << V() << true << "Le chat dort."
                                                      << "passage" << true;
+        QTest::newRow("focus taken, no selection") << V() << true << QString() << "word" << true;
     }
     void aPressLooksUpTheSelectionOrTheWordUnlessSwitchedOff()
     {
@@ -52,6 +53,8 @@ private Q_SLOTS:
         f.press();
         QCOMPARE(f.passageCards.size(), expected == QLatin1String("passage") ? 1 : 0);
         QCOMPARE(f.card != nullptr, expected == QLatin1String("word"));
+        if (expected == QLatin1String("word")) // one question to the desktop about the pointer
+            QCOMPARE(f.platform.accessibility->pointsAsked.size(), 1);
         QCOMPARE(f.usageEvents.events().size(), expected == QLatin1String("nothing") ? 0 : 1);
         if (expected == QLatin1String("passage"))
             QCOMPARE(f.passageCards.first()->views.first().source, QStringLiteral("Le chat dort."));

@@ -59,7 +59,7 @@ int main(int argc, char** argv)
 
     GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     gtk_window_set_title(GTK_WINDOW(window), title);
-    gtk_window_set_default_size(GTK_WINDOW(window), 720, 420);
+    gtk_window_set_default_size(GTK_WINDOW(window), 1000, 700);
     gtk_window_move(GTK_WINDOW(window), 40, 60);
     g_signal_connect(window, "destroy", G_CALLBACK(gtk_main_quit), nullptr);
 
