@@ -62,9 +62,15 @@ review_click 246 393
 shot review/share-menu
 xdotool key Up Return
 sleep 1.5
+# A picture left by an earlier run would make the dialog ask before replacing it.
+rm -f "$out/review/share-flashcard.png"
 xdotool type --delay 10 "$out/review/share-flashcard.png"
 xdotool key Return
 sleep 1
+for dialog in $(xdotool search --onlyvisible --name '^Save Image' 2>/dev/null); do
+    echo "[demo] The save dialog is still open; closing it" >&2
+    xdotool windowactivate --sync "$dialog" key Escape 2>/dev/null || true
+done
 # "I know this" (Return) on every card: the first is already turned over.
 review_keys Return space Return space Return
 shot_window "Review Deck" review/complete

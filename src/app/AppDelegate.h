@@ -13,7 +13,9 @@ namespace tolvane {
 class AppearanceApplier;
 class GuideWiring;
 class Clock;
+class AccessibilityPermissionManager;
 class HotkeyManager;
+class ScreenRecordingPermissionManager;
 class ConfusionLogStore;
 class LookupMilestoneManager;
 class LookupWiring;
@@ -51,6 +53,9 @@ public:
     ConfusionLogStore& confusionLog() const { return *m_confusionLog; }
     LookupMilestoneManager& milestones() const { return *m_milestones; }
     HotkeyManager& hotkeys() const { return *m_hotkeys; }
+    // One monitor per permission, for the look-up, the settings and the guide alike.
+    AccessibilityPermissionManager& accessibilityPermission() const { return *m_accessibilityPermission; }
+    ScreenRecordingPermissionManager& screenRecordingPermission() const { return *m_screenRecordingPermission; }
     ProgressWiring& progress() const { return *m_progress; }
     // What `tolvane open NAME` and `tolvane lookup` reach; each feature adds its entries.
     InstanceCommands& commands() { return m_commands; }
@@ -83,6 +88,8 @@ private:
     std::unique_ptr<LookupMilestoneManager> m_milestones;
     std::unique_ptr<ProgressWiring> m_progress;
     std::unique_ptr<HotkeyManager> m_hotkeys;
+    std::unique_ptr<AccessibilityPermissionManager> m_accessibilityPermission;
+    std::unique_ptr<ScreenRecordingPermissionManager> m_screenRecordingPermission;
     std::unique_ptr<AppearanceApplier> m_appearance;
     std::unique_ptr<TrayMenu> m_trayMenu;
     std::unique_ptr<SettingsWiring> m_settings;

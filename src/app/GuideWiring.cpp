@@ -2,7 +2,7 @@
 #include "app/GuideWiring.h"
 
 #include "app/AppDelegate.h"
-#include "app/SettingsWiring.h"
+#include "app/LookupWiring.h"
 #include "core/support/Logging.h"
 #include "core/translation/LiveTranslationService.h"
 #include "platform/PlatformServices.h"
@@ -17,8 +17,6 @@ GuideWiring::GuideWiring(AppDelegate& app, QObject* parent)
     : QObject(parent)
     , m_app(app)
 {
-    PlatformServices& services = app.services();
-    m_translation = std::make_unique<LiveTranslationService>(*services.translationEngine, app.scheduler());
     app.commands().addWindow(QStringLiteral("guide"), [this] { open(); });
 }
 
@@ -37,9 +35,9 @@ void GuideWiring::open()
     if (!m_view) {
         PlatformServices& services = m_app.services();
         m_view = new OnboardingGuideView(
-            OnboardingGuide::Services{m_app.preferences(), m_app.scheduler(), *m_translation, *services.notifications,
+            OnboardingGuide::Services{m_app.preferences(), m_app.scheduler(), m_app.lookup()->translation(), *services.notifications,
                                       m_app.reminders(), *services.eventMonitor, m_app.hotkeys()},
-            m_app.settings()->accessibility(), m_app.settings()->screenRecording());
+            m_app.accessibilityPermission(), m_app.screenRecordingPermission());
         qCInfo(lcGuideWiring) << "Setup guide opened";
     }
     bringToFront(m_view);

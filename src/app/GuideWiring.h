@@ -9,7 +9,6 @@
 namespace tolvane {
 
 class AppDelegate;
-class LiveTranslationService;
 class OnboardingGuideView;
 
 // The first-run guide's window, "guide" for `tolvane open`: made anew each time it opens, brought
@@ -26,7 +25,6 @@ public:
 
 private:
     AppDelegate& m_app;
-    std::unique_ptr<LiveTranslationService> m_translation;
     QPointer<OnboardingGuideView> m_view;
 };
 

@@ -75,8 +75,6 @@ LookupWiring::LookupWiring(AppDelegate& delegate, PlatformServices& services, Pr
     m_translation = std::make_unique<LiveTranslationService>(*services.translationEngine, scheduler);
     m_ocr = std::make_unique<OcrFallback>(*services.textRecognizer, *services.languageRecognizer,
                                           *services.spellChecker, scheduler);
-    m_accessibilityPermission = std::make_unique<AccessibilityPermissionManager>(*services.accessibility, scheduler);
-    m_capturePermission = std::make_unique<ScreenRecordingPermissionManager>(*services.textRecognizer, scheduler);
     m_wordCard = std::make_unique<HoverOverlayWindow>(*services.screens, *services.transliterator);
 
     HotkeyManager& hotkeys = delegate.hotkeys();
@@ -98,8 +96,8 @@ LookupWiring::LookupWiring(AppDelegate& delegate, PlatformServices& services, Pr
         *services.workspace,
         *services.screens,
         *services.keyReleases,
-        *m_accessibilityPermission,
-        *m_capturePermission,
+        delegate.accessibilityPermission(),
+        delegate.screenRecordingPermission(),
         [&hotkeys] { return hotkeys.currentCombination(); },
         [wordCard] { return std::make_unique<WordCardAdapter>(*wordCard); },
     });

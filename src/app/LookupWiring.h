@@ -7,7 +7,6 @@
 
 namespace tolvane {
 
-class AccessibilityPermissionManager;
 class AppDelegate;
 class Clock;
 class HoverController;
@@ -17,7 +16,6 @@ class LookupEngine;
 class OcrFallback;
 class Preferences;
 class Scheduler;
-class ScreenRecordingPermissionManager;
 struct PlatformServices;
 
 // The look-up feature put together: the translation service, the text-recognition fallback, the
@@ -54,8 +52,6 @@ private:
     Scheduler& m_scheduler;
     std::unique_ptr<LiveTranslationService> m_translation;
     std::unique_ptr<OcrFallback> m_ocr;
-    std::unique_ptr<AccessibilityPermissionManager> m_accessibilityPermission;
-    std::unique_ptr<ScreenRecordingPermissionManager> m_capturePermission;
     std::unique_ptr<HoverOverlayWindow> m_wordCard;
     std::unique_ptr<HoverController> m_hover;
     std::unique_ptr<LookupEngine> m_engine;

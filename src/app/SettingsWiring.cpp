@@ -32,7 +32,9 @@ const QString guideName = QStringLiteral("guide");
 } // namespace
 
 SettingsWiring::SettingsWiring(PlatformServices& services, Preferences& preferences, Scheduler& scheduler,
-                               HotkeyManager& hotkeys, NotificationScheduler& reminders, InstanceCommands& commands,
+                               HotkeyManager& hotkeys, NotificationScheduler& reminders,
+                               AccessibilityPermissionManager& accessibility,
+                               ScreenRecordingPermissionManager& screenRecording, InstanceCommands& commands,
                                TrayMenu& tray, QObject& shareOwner, QObject* parent)
     : QObject(parent)
     , m_services(services)
@@ -41,8 +43,8 @@ SettingsWiring::SettingsWiring(PlatformServices& services, Preferences& preferen
     , m_hotkeys(hotkeys)
     , m_reminders(reminders)
     , m_commands(commands)
-    , m_accessibility(std::make_unique<AccessibilityPermissionManager>(*services.accessibility, scheduler))
-    , m_screenRecording(std::make_unique<ScreenRecordingPermissionManager>(*services.textRecognizer, scheduler))
+    , m_accessibility(accessibility)
+    , m_screenRecording(screenRecording)
 {
     commands.addWindow(settingsName, [this] { openSettings(); });
     commands.addWindow(accessibilityName, [this] { openAccessibilityPermission(); });
@@ -83,8 +85,8 @@ void SettingsWiring::openSettings()
         NotificationScheduler* reminders = &m_reminders;
         m_settingsWindow = new SettingsWindow({
             m_preferences,
-            *m_accessibility,
-            *m_screenRecording,
+            m_accessibility,
+            m_screenRecording,
             m_hotkeys,
             *m_services.eventMonitor,
             *m_services.hotkeys,
@@ -99,17 +101,17 @@ void SettingsWiring::openSettings()
 void SettingsWiring::openAccessibilityPermission()
 {
     if (!m_accessibilityWindow)
-        m_accessibilityWindow = new AccessibilityPermissionWindow(*m_accessibility);
+        m_accessibilityWindow = new AccessibilityPermissionWindow(m_accessibility);
     // What the window shows is current the moment it opens, not a poll later.
-    m_accessibility->refresh();
+    m_accessibility.refresh();
     bringToFront(m_accessibilityWindow);
 }
 
 void SettingsWiring::openScreenRecordingPermission()
 {
     if (!m_screenRecordingWindow)
-        m_screenRecordingWindow = new ScreenRecordingPermissionWindow(*m_screenRecording);
-    m_screenRecording->refresh();
+        m_screenRecordingWindow = new ScreenRecordingPermissionWindow(m_screenRecording);
+    m_screenRecording.refresh();
     bringToFront(m_screenRecordingWindow);
 }
 

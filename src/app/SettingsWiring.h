@@ -22,8 +22,7 @@ class SettingsWindow;
 class TrayMenu;
 struct PlatformServices;
 
-// The settings window, the two permission windows and the tray menu's actions: creates the
-// permission monitors, opens each window by its name (creating it or bringing it to the front),
+// The settings window, the two permission windows and the tray menu's actions: opens each window by its name (creating it or bringing it to the front),
 // registers the names for `tolvane open`, and offers the guide while it is not finished.
 class SettingsWiring final : public QObject
 {
@@ -31,12 +30,13 @@ class SettingsWiring final : public QObject
 public:
     // shareOwner keeps the application's one share menu.
     SettingsWiring(PlatformServices& services, Preferences& preferences, Scheduler& scheduler, HotkeyManager& hotkeys,
-                   NotificationScheduler& reminders, InstanceCommands& commands, TrayMenu& tray, QObject& shareOwner,
-                   QObject* parent = nullptr);
+                   NotificationScheduler& reminders, AccessibilityPermissionManager& accessibility,
+                   ScreenRecordingPermissionManager& screenRecording, InstanceCommands& commands, TrayMenu& tray,
+                   QObject& shareOwner, QObject* parent = nullptr);
     ~SettingsWiring() override;
 
-    AccessibilityPermissionManager& accessibility() const { return *m_accessibility; }
-    ScreenRecordingPermissionManager& screenRecording() const { return *m_screenRecording; }
+    AccessibilityPermissionManager& accessibility() const { return m_accessibility; }
+    ScreenRecordingPermissionManager& screenRecording() const { return m_screenRecording; }
 
     void openSettings();
     void openAccessibilityPermission();
@@ -52,8 +52,8 @@ private:
     HotkeyManager& m_hotkeys;
     NotificationScheduler& m_reminders;
     InstanceCommands& m_commands;
-    std::unique_ptr<AccessibilityPermissionManager> m_accessibility;
-    std::unique_ptr<ScreenRecordingPermissionManager> m_screenRecording;
+    AccessibilityPermissionManager& m_accessibility;
+    ScreenRecordingPermissionManager& m_screenRecording;
     QPointer<SettingsWindow> m_settingsWindow;
     QPointer<AccessibilityPermissionWindow> m_accessibilityWindow;
     QPointer<ScreenRecordingPermissionWindow> m_screenRecordingWindow;

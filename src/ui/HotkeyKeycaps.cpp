@@ -2,6 +2,7 @@
 #include "ui/HotkeyKeycaps.h"
 
 #include "core/hotkeys/KeyNames.h"
+#include "core/support/PlatformWording.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
@@ -33,7 +34,7 @@ HotkeyKeycaps::HotkeyKeycaps(const QString& displayString, qreal pointSize, QWid
 void HotkeyKeycaps::setDisplayString(const QString& displayString)
 {
     m_displayString = displayString;
-    setAccessibleName(displayString);
+    setAccessibleName(keysOnThisPlatform(displayString));
     updateGeometry();
     update();
 }
@@ -47,7 +48,11 @@ void HotkeyKeycaps::setPointSize(qreal pointSize)
 
 QStringList HotkeyKeycaps::keycaps() const
 {
-    return keycapLabels(m_displayString);
+    // The caps say the keys as this desktop's keyboards print them: Ctrl, Alt, Shift, Super.
+    QStringList caps = keycapLabels(m_displayString);
+    for (QString& cap : caps)
+        cap = keysOnThisPlatform(cap);
+    return caps;
 }
 
 QFont HotkeyKeycaps::keycapFont() const

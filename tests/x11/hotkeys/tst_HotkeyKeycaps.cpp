@@ -10,22 +10,24 @@ class TestHotkeyKeycaps : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void capsStandInARow_data()
+    // Caps name the keys as Linux keyboards print them; the stored display string keeps its symbols.
+    void capsStandInARowWithTheKeysNamedAsOnTheKeyboard_data()
     {
         QTest::addColumn<QString>("display");
         QTest::addColumn<QStringList>("caps");
-        QTest::newRow("⌥Space") << "⌥Space" << QStringList{"⌥", "Space"};
-        QTest::newRow("⇧⌘4") << "⇧⌘4" << QStringList{"⇧", "⌘", "4"};
-        QTest::newRow("⌘(123)") << "⌘(123)" << QStringList{"⌘", "(123)"};
+        QTest::newRow("⌃⌥Space") << "⌃⌥Space" << QStringList{"Ctrl", "Alt", "Space"};
+        QTest::newRow("⇧⌘4") << "⇧⌘4" << QStringList{"Shift", "Super", "4"};
+        QTest::newRow("⌘(123)") << "⌘(123)" << QStringList{"Super", "(123)"};
         QTest::newRow("empty") << "" << QStringList{};
     }
-    void capsStandInARow()
+    void capsStandInARowWithTheKeysNamedAsOnTheKeyboard()
     {
         QFETCH(QString, display);
         QFETCH(QStringList, caps);
         HotkeyKeycaps keycaps(display, 13);
         keycaps.resize(keycaps.sizeHint());
         QCOMPARE(keycaps.keycaps(), caps);
+        QCOMPARE(keycaps.accessibleName(), caps.join(u'+'));
         const QList<QRectF> rects = keycaps.keycapRects();
         QCOMPARE(rects.size(), caps.size());
         for (qsizetype i = 0; i < rects.size(); ++i) {
