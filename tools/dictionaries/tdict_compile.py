@@ -164,6 +164,8 @@ class Table:
         self.senses = defaultdict(list)
         self.redirects = {}
         self.common = set()  # headwords the source marks as common
+        self.spellings = {}  # (reading, glosses) -> spellings of one word, where the source has several
+        self.readings = {}  # spelling -> its readings
 
     def add(self, key, sense):
         if key and sense.cands:
@@ -285,6 +287,9 @@ EDICT_MARKED = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "iK", "io", "X"
                 "derog", "poet", "ksb", "ktb", "kyb", "osb", "hob", "thb", "tsb", "tsug", "rkb", "nab", "dated"}
 
 
+EDICT_AFFIX = {"ctr", "suf", "pref", "n-suf", "n-pref"}
+
+
 def edict_pos(tags):
     for tag in tags:
         for prefix, pos in EDICT_POS:
@@ -326,7 +331,9 @@ def read_edict(table):
                     pos = edict_pos(tags)
                     current = None
                 if tags:
-                    rare = any(t in EDICT_RARE for t in tags)
+                    # A counter or suffix use beside a plain noun ("(n,ctr) mountain") is no rare sense.
+                    plain = any(t in ("n", "adj-i", "adj-na", "vs") or re.match(r"v[1-5]", t) for t in tags)
+                    rare = any(t in EDICT_RARE and not (plain and t in EDICT_AFFIX) for t in tags)
                     marked = any(t in EDICT_MARKED for t in tags)
                 word_en = clean(field, True)
                 if not word_en or len(word_en) > 50:
@@ -340,6 +347,11 @@ def read_edict(table):
                 for s in senses:
                     s.order += 2
             usually_kana = "(uk)" in rest
+            # Spellings of one word are lines of their own with the same reading and glosses
+            # (分かる, 解る, 判る): remember them together, to prefer the usual one.
+            group = table.spellings.setdefault((reading or word, re.sub(r"/\(P\)", "", rest)), [])
+            group.append(word)
+            table.readings.setdefault(word, set()).add(reading or word)
             for key in (word, reading):
                 if key:
                     for s in senses:
@@ -643,6 +655,7 @@ DASHER = "/usr/share/dasher"
 DASHER_TEXTS = {"en": "training_english_GB.txt", "fr": "training_french_FR.txt", "de": "training_german_DE.txt",
                 "it": "training_italian_IT.txt", "pt": "training_portuguese_BR.txt", "ru": "training_russian_RU.txt",
                 "es": "training_spanish_ES.txt"}
+DASHER_KANA = "training_canna_JP.txt"
 FREQUENCY_SOURCES = {
     "jieba": ("jieba word frequencies (python3-jieba)", "MIT"),
     "ipadic": ("MeCab IPAdic word costs (mecab-ipadic)", "IPAdic licence (BSD-style)"),
@@ -652,6 +665,8 @@ FREQUENCY_SOURCES = {
 
 class Frequencies:
     """word -> Zipf value; a word the source lacks gets `floor`, a phrase its rarest word's."""
+
+    center = 3.5  # an ordinary word: commoner words gain, rarer ones lose
 
     def __init__(self, source, zipf, floor):
         self.source, self.values, self.floor = source, zipf, floor
@@ -732,6 +747,80 @@ def corpus_frequencies(language, lemma_forms=None, directory=None):
     return counts_to_zipf(counts, "dasher")
 
 
+KANA_PARTICLES = ("である", "から", "まで", "より", "です", "だ", "が", "を", "に", "は", "の", "で", "と", "も", "へ",
+                  "や", "な", "か")
+
+
+def kana_word_counts(path):
+    """Words of the dasher kana text (a novel, in phrases split by ">"): each phrase counts for
+    itself and for the word before its particle ("かぜが" counts for かぜ)."""
+    counts = defaultdict(int)
+    with open(path, encoding="utf-8", errors="strict") as f:
+        text = f.read()
+    for phrase in re.split(r"[>\n｜]", text):
+        phrase = phrase.strip("\u3000 。、")
+        if not phrase:
+            continue
+        counts[phrase] += 1
+        for particle in KANA_PARTICLES:
+            if len(phrase) > len(particle) and phrase.endswith(particle):
+                counts[phrase[:-len(particle)]] += 1
+                break
+    return counts
+
+
+def hiragana(text):
+    return "".join(chr(ord(c) - 0x60) if "\u30a1" <= c <= "\u30f6" else c for c in text)
+
+
+class JapaneseCommonness(Frequencies):
+    """Japanese has two signals. How often a word's reading occurs in a kana text says how common
+    the word is (ほん, かぜ; a loanword's reading rarely occurs). MeCab's costs are no frequencies
+    across words (one kanji costs more than a long loanword, to keep the segmentation apart), but
+    between spellings of one word they show the usual one (分かる over 解る)."""
+
+    def __init__(self, costs, groups, readings, kana=None):
+        super().__init__("ipadic", {}, 0.0)
+        self.center = 0.0
+        self.readings, self.kana = readings, kana
+        self.gaps = {}
+        for spellings in groups:
+            if len(spellings) < 2:
+                continue
+            best = max(costs.zipf(w) for w in spellings)
+            for w in spellings:
+                self.gaps[w] = min(self.gaps.get(w, 0.0), max(-2.5, costs.zipf(w) - best))
+
+    def zipf(self, word):
+        value = self.gaps.get(word, 0.0)
+        if self.kana is not None and " " not in word:
+            # A one-kana reading is mostly a particle in the text (へ, は), not the word.
+            readings = [r for r in (self.readings.get(word) or {word}) if len(r) > 1]
+            value += max((self.kana.zipf(hiragana(r)) for r in readings), default=self.kana.floor) - 3.5
+        return value
+
+
+def english_frequencies(lemma_forms=None):
+    """English: the dasher text is short, so WordNet's tagged counts of each lemma (the Brown
+    corpus' SemCor part) are added to it."""
+    counts = defaultdict(int)
+    path = os.path.join(DASHER, DASHER_TEXTS["en"])
+    with open(path, encoding="utf-8", errors="strict") as f:
+        for token in re.findall(r"[^\W\d_]+", f.read().lower()):
+            counts[token] += 1
+    for lemma, count in wordnet_counts().items():
+        counts[lemma.lower()] += count
+    if lemma_forms:
+        extra = defaultdict(int)
+        for form, count in counts.items():
+            for lemma, _ in lemma_forms.get(form, ())[:1]:
+                if lemma.lower() != form:
+                    extra[lemma.lower()] += count
+        for lemma, count in extra.items():
+            counts[lemma] += count
+    return counts_to_zipf(counts, "dasher")
+
+
 def load_frequencies(language, lemma_forms=None):
     """The language's frequencies, or None with a message on stderr when the source is missing or
     unreadable; the dictionaries are then ranked without them."""
@@ -740,6 +829,8 @@ def load_frequencies(language, lemma_forms=None):
             return jieba_frequencies()
         if language == "ja":
             return ipadic_frequencies()
+        if language == "en":
+            return english_frequencies(lemma_forms)
         if language in DASHER_TEXTS:
             return corpus_frequencies(language, lemma_forms)
         return None
@@ -831,7 +922,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             # jieba counts a character in every word and reading it is part of ("朝" the court,
             # "toward"); alone it is often a literary or bound form of a two-character word.
             zipf -= 1.0
-        return ZIPF_WEIGHT * (zipf - 3.5)
+        return ZIPF_WEIGHT * (zipf - direction.zipf.center)
 
     def shape_penalty(cand):
         words = cand.count(" ") + 1
@@ -878,10 +969,13 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             if first in ("be", "become", "get", "feel") and pos != "n":
                 yield head, 0.4
             elif english_pos is not None:
+                # "older brother", "train station": the head after a plain adjective or noun.
                 counts = english_pos.get(first)
                 total = sum(counts.values()) if counts else 0
-                if total >= 5 and counts.get("adj", 0) >= 0.7 * total:
+                if total and counts.get("adj", 0) >= 0.7 * total:
                     yield head, 2.0
+                elif total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
+                    yield head, 2.5
 
     for table in direction.direct:
         redirects.update(table.redirects)
@@ -1100,12 +1194,21 @@ def main(argv):
         pair = f"{d.source}-{d.target}"
         if only is not None and pair not in only:
             continue
-        if d.target != "en" and use_frequencies:
+        if use_frequencies:
             if d.target not in frequencies:
                 if d.target not in form_cache:
                     form_cache[d.target] = analyser_forms(d.target)
                 frequencies[d.target] = load_frequencies(d.target, form_cache[d.target][0])
             d.zipf = frequencies[d.target]
+            if d.target == "ja" and d.zipf is not None:
+                edict = tables["ja-en"]
+                try:
+                    kana = counts_to_zipf(kana_word_counts(os.path.join(DASHER, DASHER_KANA)), "dasher")
+                except (OSError, UnicodeError, ValueError) as error:
+                    print(f"[dictionaries] No kana text for Japanese ({error}); ranking by spelling alone",
+                          file=sys.stderr, flush=True)
+                    kana = None
+                d.zipf = JapaneseCommonness(d.zipf, edict.spellings.values(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
         english_lemmas = form_cache["en"][0] if d.source == "en" else None

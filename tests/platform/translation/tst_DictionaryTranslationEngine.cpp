@@ -193,12 +193,32 @@ private Q_SLOTS:
         QVERIFY(Lemmatizer::guesses(QString(), QStringLiteral("ko")).isEmpty());
         // Korean contracted and past-tense forms open up to their dictionary form too.
         const QList<std::tuple<const char*, const char*, const char*>> cases = {
-            {"running", "en", "run"},    {"stopped", "en", "stop"},      {"cities", "en", "city"},
-            {"gemacht", "de", "machen"}, {"吃了", "zh", "吃"},           {"читает", "ru", "читать"},
-            {"книгами", "ru", "книга"},  {"красивая", "ru", "красивый"}, {"갑니다", "ko", "가다"},
-            {"갔어요", "ko", "가다"},    {"봐요", "ko", "보다"},         {"마셨어요", "ko", "마시다"},
-            {"했어요", "ko", "하다"},    {"먹었습니다", "ko", "먹다"},   {"써요", "ko", "쓰다"},
-            {"배워요", "ko", "배우다"},  {"좋아요", "ko", "좋다"},       {"읽고", "ko", "읽다"}};
+            {"running", "en", "run"},
+            {"stopped", "en", "stop"},
+            {"cities", "en", "city"},
+            {"gemacht", "de", "machen"},
+            {"吃了", "zh", "吃"},
+            {"читает", "ru", "читать"},
+            {"книгами", "ru", "книга"},
+            {"красивая", "ru", "красивый"},
+            {"갑니다", "ko", "가다"},
+            {"갔어요", "ko", "가다"},
+            {"봐요", "ko", "보다"},
+            {"마셨어요", "ko", "마시다"},
+            {"했어요", "ko", "하다"},
+            {"먹었습니다", "ko", "먹다"},
+            {"써요", "ko", "쓰다"},
+            {"배워요", "ko", "배우다"},
+            {"좋아요", "ko", "좋다"},
+            {"읽고", "ko", "읽다"},
+            // Adjectives before a noun: -ㄴ, ㄹ dropped before it, and ㅂ turned into 우.
+            {"큰", "ko", "크다"},
+            {"조용한", "ko", "조용하다"},
+            {"긴", "ko", "길다"},
+            {"뜨거운", "ko", "뜨겁다"},
+            {"어려운", "ko", "어렵다"},
+            {"빠른", "ko", "빠르다"},
+            {"아이들이", "ko", "아이"}};
         for (const auto& [form, language, lemma] : cases) {
             QVERIFY2(Lemmatizer::guesses(QString::fromUtf8(form), QString::fromUtf8(language))
                          .contains(QString::fromUtf8(lemma)),

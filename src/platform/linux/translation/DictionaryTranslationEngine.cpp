@@ -443,7 +443,9 @@ QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, co
                 gloss.punctuation(token.surface);
                 continue;
             }
+            // Suffixes (たち) and dependent words (the いる of 遊んでいる) are grammar too.
             if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞") ||
+                token.subclass == QStringLiteral("接尾") || token.subclass == QStringLiteral("非自立") ||
                 !hasLetter(token.surface))
                 continue;
             QString translation = translationOf(token.baseForm);
