@@ -478,6 +478,9 @@ def bidix_table(source, target):
         analyser_forms(source)
     lemmas = TAGGED_LEMMAS.get(source, set())
     if (source, target) in BIDIX:
+        # A curated dictionary between the two languages themselves: strong evidence for the
+        # first choice ("bed" → cama, not the madre of a river bed).
+        table.bonus = 1.5
         chains = bidix_translations(source, target, lemmas)
         for lemma, words in chains.items():
             table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
@@ -877,12 +880,13 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
 
-    def offer(key, cand, pos, score, sense=None, marked=False):
+    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False):
         entry = cands_by_key[key].get(cand.lower())
         if entry is None:
-            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked]
+            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot]
         else:
             entry[5] = entry[5] and marked  # one plain use of the word clears a label elsewhere
+            entry[6] = entry[6] or not pivot
             if score > entry[4]:
                 entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
                 entry[3] = sense
@@ -992,7 +996,8 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     score += commonness(cand, 0.35)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked)
+                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
+                          table.pivot)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -1015,7 +1020,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
                         score += usual_use(key, pos)
-                        offer(key, original, pos, score, None, s.marked)
+                        offer(key, original, pos, score, None, s.marked, table.pivot)
 
     result = {}
     confidence = {}
@@ -1028,15 +1033,19 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             first = [e for e in ranked if e[3] == best_sense]
             lines.append(ranked[0][1] + "\t" + "|".join(e[2] for e in first[:4]))
             ranked = [e for e in ranked if e[3] != best_sense]
-        # Group by part of speech in the order their best candidates come.
+        # Group by part of speech in the order their best candidates come. A word known only by
+        # way of a third language may lead when nothing better is there, but never stands beside
+        # a better one in the first gloss ("manhã, amanhã"): it goes to the end.
         groups, order = {}, []
-        for score, pos, cand, _, _, _ in ranked:
-            if pos not in groups:
-                groups[pos] = []
-                order.append(pos)
-            groups[pos].append(cand)
-        for pos in order:
-            lines.append(pos + "\t" + "|".join(groups[pos][:4]))
+        for index, (score, pos, cand, _, _, _, solid) in enumerate(ranked):
+            group = (pos, solid or index == 0)
+            if group not in groups:
+                groups[group] = []
+                order.append(group)
+            groups[group].append(cand)
+        order = [g for g in order if g[1]] + [g for g in order if not g[1]]
+        for group in order:
+            lines.append(group[0] + "\t" + "|".join(groups[group][:4]))
         result[key] = lines
     for form, lemma in redirects.items():
         if form not in result:
