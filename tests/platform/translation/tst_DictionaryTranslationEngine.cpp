@@ -31,6 +31,7 @@ private Q_SLOTS:
                                   {"loop", ">loop"},
                                   {"the", "det\t"},
                                   {"big", "adj\tбольшой"},
+                                  {"not", "part\tне"},
                               },
                               "direction: en-ru\nsource: test data; licence GPL-3.0-or-later")));
         QVERIFY(
@@ -95,6 +96,7 @@ private Q_SLOTS:
         const QList<std::tuple<const char*, const char*, const char*>> cases = {
             // Articles, punctuation inside a sentence and the copula go; unknown words stay.
             {"The big house, Zorg!", "en", "большой (big) · дом (house) · Zorg!"},
+            {"The house isn't big", "en", "дом (house) · не (not) · большой (big)"}, // the negation stays
             {"Das kleine Haus ist alt. Der Tag", "de", "small (kleine) · house (Haus) · alt. day (Tag)"},
             // Chinese has no spaces: the longest headword wins at each position.
             {"我吃苹果。", "zh", "I (我) · eat (吃) · apple (苹果)。"},

@@ -494,6 +494,20 @@ QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, co
             gloss.punctuation(segment);
             continue;
         }
+        // English contractions keep their negation: "don't" is "do" (grammar) and "not".
+        if (sourceLanguage == QLatin1String("en") && segment.size() > 3 &&
+            (segment.endsWith(QLatin1String("n't"), Qt::CaseInsensitive) ||
+             segment.endsWith(QStringLiteral("n\u2019t"), Qt::CaseInsensitive))) {
+            static const QHash<QString, QString> irregular = {{QStringLiteral("ca"), QStringLiteral("can")},
+                                                              {QStringLiteral("wo"), QStringLiteral("will")},
+                                                              {QStringLiteral("sha"), QStringLiteral("shall")}};
+            QString base = segment.chopped(3).toLower();
+            base = irregular.value(base, base);
+            if (!isFunctionWord(base, sourceLanguage))
+                gloss.word(base, translationOf(base));
+            gloss.word(QStringLiteral("not"), translationOf(QStringLiteral("not")));
+            continue;
+        }
         if (!isFunctionWord(segment, sourceLanguage))
             gloss.word(segment, translationOf(segment));
     }
