@@ -40,7 +40,8 @@ SOURCES = {
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
     "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
-    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt)", "GPL-2.0-or-later"),
+    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt, -cat-ita, -eng-cat)",
+                 "GPL-2.0-or-later"),
 }
 
 B64 = {c: i for i, c in enumerate("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")}
@@ -439,7 +440,12 @@ BIDIX = {  # (from, to) -> Apertium bilingual dictionary
     ("fr", "es"): "apertium-fr-es/fr-es.autobil.bin", ("es", "fr"): "apertium-fr-es/es-fr.autobil.bin",
     ("it", "es"): "apertium-spa-ita/ita-spa.autobil.bin", ("es", "it"): "apertium-spa-ita/spa-ita.autobil.bin",
     ("pt", "es"): "apertium-es-pt/pt-es.autobil.bin", ("es", "pt"): "apertium-es-pt/es-pt.autobil.bin",
+    ("it", "ca"): "apertium-cat-ita/ita-cat.autobil.bin", ("ca", "it"): "apertium-cat-ita/cat-ita.autobil.bin",
+    ("en", "ca"): "apertium-eng-cat/eng-cat.autobil.bin", ("ca", "en"): "apertium-eng-cat/cat-eng.autobil.bin",
 }
+# Third languages a pair is translated through, in order of trust. Italian has a larger
+# dictionary with Catalan than with Spanish.
+PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca")}
 
 
 def bidix_translations(source, target, tagged_lemmas):
@@ -485,18 +491,19 @@ def bidix_table(source, target):
         for lemma, words in chains.items():
             table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
         return table
-    first = bidix_translations(source, "es", lemmas)
     table.pivot = True
-    middle = {(w, t) for words in first.values() for w, t in words}
-    second = bidix_translations("es", target, middle)
-    for lemma, words in first.items():
-        cands = []
-        for w, _ in words[:2]:
-            for final, _ in second.get(w, [])[:2]:
-                if final not in cands:
-                    cands.append(final)
-        if cands:
-            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
+    for pivot in PIVOTS.get((source, target), ("es",)):
+        first = bidix_translations(source, pivot, lemmas)
+        middle = {(w, t) for words in first.values() for w, t in words}
+        second = bidix_translations(pivot, target, middle)
+        for lemma, words in first.items():
+            cands = []
+            for w, _ in words[:2]:
+                for final, _ in second.get(w, [])[:2]:
+                    if final not in cands:
+                        cands.append(final)
+            if cands:
+                table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
     return table
 
 
