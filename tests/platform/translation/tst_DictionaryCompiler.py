@@ -205,6 +205,19 @@ class FrequencySources(unittest.TestCase):
             self.assertGreater(zipf.zipf("分かる"), zipf.zipf("解る") + 1.5)
             self.assertEqual(zipf.zipf("分"), zipf.floor)
 
+    def test_japanese_prefers_the_usual_spelling_and_the_word_whose_reading_is_common(self):
+        costs = tc.Frequencies("ipadic", {"分かる": 3.9, "解る": 2.3}, 0.5)
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "kana.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("かぜが>ふいた>へは>" * 8000 + "おならを>")
+            kana = tc.counts_to_zipf(tc.kana_word_counts(path), "dasher")
+        readings = {"分かる": {"わかる"}, "解る": {"わかる"}, "風": {"かぜ"}, "屁": {"へ", "おなら"}}
+        ja = tc.JapaneseCommonness(costs, [["分かる", "解る"]], readings, kana)
+        self.assertGreater(ja.zipf("分かる"), ja.zipf("解る") + 1.5)
+        # "へ" is a particle far more often than a word: one-kana readings do not count.
+        self.assertGreater(ja.zipf("風"), ja.zipf("屁") + 2)
+
     def test_a_text_counts_forms_for_their_lemma(self):
         with tempfile.TemporaryDirectory() as tmp:
             with open(os.path.join(tmp, tc.DASHER_TEXTS["ru"]), "w", encoding="utf-8") as f:
