@@ -1138,9 +1138,14 @@ def main(argv):
         mueller = table("en-ru", "mueller7", read_mueller)
         ru_text = (s for ss in mueller.senses.values() for sense in ss for s in sense.cands)
         ru_freq = token_counts(ru_text, r"[а-яё]+")
-        d = Direction("en", "ru"); d.direct = [mueller]; d.freq = ru_freq; d.sources = {"mueller7"}
+        # FreeDict's small English-Russian list gives both aspects of the everyday verbs
+        # (покупать, купить), where Mueller mostly gives the imperfective alone.
+        core = table("en-ru-freedict", "freedict", lambda t: read_freedict("freedict-eng-rus", True, False, t))
+        core.order_weight = 0.3
+        sources = {"mueller7", "freedict"} if core.senses else {"mueller7"}
+        d = Direction("en", "ru"); d.direct = [mueller, core]; d.freq = ru_freq; d.sources = sources
         jobs.append(d)
-        d = Direction("ru", "en"); d.reverse = [mueller]; d.freq = english; d.sources = {"mueller7"}
+        d = Direction("ru", "en"); d.reverse = [mueller, core]; d.freq = english; d.sources = sources
         jobs.append(d)
     for code, fd in (("fr", "fra"), ("it", "ita"), ("pt", "por"), ("es", "spa"), ("de", "deu")):
         if not wanted(f"en-{code}", f"{code}-en"):
