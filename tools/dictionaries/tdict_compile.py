@@ -577,7 +577,9 @@ def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
                 continue
             if form in lemma_forms and best < own + 2.5:
                 continue
-            if form not in lemma_forms and best < own:
+            # A form with an entry of its own is a word of its own unless its lemma is clearly the
+            # better answer: "filha" is daughter, not a form of "filho".
+            if form not in lemma_forms and best < own + 1.5:
                 continue
             links = [">" + l + ("\t" + p if p else "") for l, p in lemmas
                      if l in entries and not entries[l][0].startswith(">") and confidence.get(l, -99) > own]
@@ -880,6 +882,7 @@ class Direction:
 
 
 ZIPF_WEIGHT = 0.8
+ZIPF_WEIGHT_ENGLISH = 0.5
 
 
 def rank_direction(direction, english_pos=None, english_lemmas=None):
@@ -933,7 +936,9 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             # jieba counts a character in every word and reading it is part of ("朝" the court,
             # "toward"); alone it is often a literary or bound form of a two-character word.
             zipf -= 1.0
-        return ZIPF_WEIGHT * (zipf - direction.zipf.center)
+        # English counts come from short texts: they break ties rather than overrule the dictionaries.
+        weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
+        return weight * (zipf - direction.zipf.center)
 
     def shape_penalty(cand):
         words = cand.count(" ") + 1

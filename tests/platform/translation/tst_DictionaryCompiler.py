@@ -109,6 +109,10 @@ class Ranking(unittest.TestCase):
         self.assertEqual(entries["fait"][0], ">faire\tv")
         self.assertEqual(entries["maisons"], [">maison\tn"])
         self.assertNotIn("xyz", entries)
+        # A form with a good entry of its own keeps it: "filha" is daughter, not "filho".
+        entries = {"filha": ["n\tdaughter"], "filho": ["n\tson"]}
+        tc.add_lemma_links(entries, {"filha": [("filho", "n")]}, {"filha": 3.0, "filho": 3.8}, lemma_forms=set())
+        self.assertEqual(entries["filha"], ["n\tdaughter"])
 
 
 class Commonness(unittest.TestCase):
