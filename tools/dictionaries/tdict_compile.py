@@ -139,11 +139,11 @@ class Sense:
     """One sense: its candidates in the source's order. `domain` marks a specialist or secondary
     sense (ranked lower); `marked` a sense the source labels archaic, literary, slang, vulgar or
     regional, whose words never come first while an unmarked word is there."""
-    __slots__ = ("pos", "cands", "domain", "order", "marked")
+    __slots__ = ("pos", "cands", "domain", "order", "marked", "reading")
 
-    def __init__(self, pos, cands, domain=False, order=0, marked=False):
+    def __init__(self, pos, cands, domain=False, order=0, marked=False, reading=None):
         self.pos, self.cands, self.domain, self.order = pos, cands, domain or marked, order
-        self.marked = marked
+        self.marked, self.reading = marked, reading  # reading: of the headword, where it has several
 
 
 class Table:
@@ -352,12 +352,16 @@ def read_edict(table):
             # (分かる, 解る, 判る): remember them together, to prefer the usual one.
             group = table.spellings.setdefault((reading or word, re.sub(r"/\(P\)", "", rest)), [])
             group.append(word)
+            # Spellings that share a reading and a first meaning are one word too (子供, 小人 こども).
+            if senses and senses[0].cands:
+                table.spellings.setdefault((reading or word, senses[0].cands[0]), []).append(word)
             table.readings.setdefault(word, set()).add(reading or word)
             for key in (word, reading):
                 if key:
                     for s in senses:
                         penalty = 0 if key == word or usually_kana else 1
-                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked))
+                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked,
+                                             reading or word))
             if common:
                 table.common.add(word)
                 if reading and not re.search(r"[\u4e00-\u9fff]", word):
@@ -382,7 +386,10 @@ def read_cedict(path, table):
                     continue
                 marked = field.startswith(("(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)", "(Internet slang)",
                                            "(Cantonese)", "(old)", "(vulgar)", "(derog.)", "(classical)", "(Hong Kong)"))
-                domain = proper or marked or field.startswith(("(bound form)", "(coll.)", "(physics)", "(math.)",
+                # A gloss narrowed by a trailing note ("to play (a role)", "meter (classifier)") is a
+                # special use of the word, not its everyday meaning.
+                qualified = bool(re.search(r"\w\s*\((?!e\.g\.)", field))
+                domain = proper or marked or qualified or field.startswith(("(bound form)", "(coll.)", "(physics)", "(math.)",
                                                                "(chemistry)", "(medicine)", "(Buddhism)", "(idiom)",
                                                                "(bird species of China)"))
                 pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
@@ -703,16 +710,23 @@ def counts_to_zipf(counts, source, minimum_total=20000):
     return Frequencies(source, values, math.log10(0.5 * scale))
 
 
+# jieba's classes of characters that are names or bound morphemes rather than words of their own.
+JIEBA_NOT_FREE = {"nr", "ns", "nt", "nz", "ng", "vg", "ag", "zg", "tg", "dg", "q"}
+
+
 def jieba_frequencies(path=None):
     path = path or JIEBA
-    counts = {}
+    counts, bound = {}, set()
     with open(path, encoding="utf-8") as f:
         for line in f:
             parts = line.split()
             if len(parts) >= 2 and parts[1].isdigit():
                 counts[parts[0]] = counts.get(parts[0], 0) + int(parts[1])
+                if len(parts) >= 3 and len(parts[0]) == 1 and parts[2] in JIEBA_NOT_FREE:
+                    bound.add(parts[0])
     frequencies = counts_to_zipf(counts, "jieba")
     frequencies.floor = min(frequencies.floor, 1.5)
+    frequencies.bound = bound
     return frequencies
 
 
@@ -795,19 +809,26 @@ class JapaneseCommonness(Frequencies):
         super().__init__("ipadic", {}, 0.0)
         self.center = 0.0
         self.readings, self.kana = readings, kana
+        # Judged per word, spelling and reading together: 本 is the usual spelling of ほん even
+        # where another spelling of もと is commoner.
         self.gaps = {}
-        for spellings in groups:
+        for (reading, _), spellings in groups:
             if len(spellings) < 2:
                 continue
             best = max(costs.zipf(w) for w in spellings)
             for w in spellings:
-                self.gaps[w] = min(self.gaps.get(w, 0.0), max(-2.5, costs.zipf(w) - best))
+                self.gaps[(w, reading)] = min(self.gaps.get((w, reading), 0.0), max(-2.5, costs.zipf(w) - best))
 
-    def zipf(self, word):
-        value = self.gaps.get(word, 0.0)
+    def zipf(self, word, reading=None):
+        if reading is not None:
+            value = self.gaps.get((word, reading), 0.0)
+            readings = [reading]
+        else:
+            value = max((self.gaps.get((word, r), 0.0) for r in self.readings.get(word, ())), default=0.0)
+            readings = self.readings.get(word) or {word}
         if self.kana is not None and " " not in word:
             # A one-kana reading is mostly a particle in the text (へ, は), not the word.
-            readings = [r for r in (self.readings.get(word) or {word}) if len(r) > 1]
+            readings = [r for r in readings if len(r) > 1]
             value += max((self.kana.zipf(hiragana(r)) for r in readings), default=self.kana.floor) - 3.5
         return value
 
@@ -926,15 +947,15 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         count = direction.freq.get(cand.lower(), 0)
         return math.log1p(count)
 
-    def commonness(cand, weight):
+    def commonness(cand, weight, reading=None):
         """How much more common than an ordinary word the candidate is, or the dictionaries' own
         counts when the language has no frequency source."""
         if direction.zipf is None:
             return weight * frequency_bonus(cand)
-        zipf = direction.zipf.zipf(cand)
-        if direction.target == "zh" and len(cand) == 1:
-            # jieba counts a character in every word and reading it is part of ("朝" the court,
-            # "toward"); alone it is often a literary or bound form of a two-character word.
+        zipf = direction.zipf.zipf(cand, reading) if reading else direction.zipf.zipf(cand)
+        if direction.target == "zh" and cand in getattr(direction.zipf, "bound", ()):
+            # jieba counts such a character in every name and word it is part of ("朝" of 朝鲜,
+            # the court, "toward"); alone it is a literary or bound form of a longer word.
             zipf -= 1.0
         # English counts come from short texts: they break ties rather than overrule the dictionaries.
         weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
@@ -1018,7 +1039,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     # cand is a word of our source language; original translates it.
                     rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
                     base = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
-                    base += commonness(original, 0.3)
+                    base += commonness(original, 0.3, s.reading)
                     if original.lower() in direction.common or original in direction.common:
                         base += 1.5
                     pos = s.pos or guess_pos(original, direction.target)
@@ -1234,7 +1255,7 @@ def main(argv):
                     print(f"[dictionaries] No kana text for Japanese ({error}); ranking by spelling alone",
                           file=sys.stderr, flush=True)
                     kana = None
-                d.zipf = JapaneseCommonness(d.zipf, edict.spellings.values(), edict.readings, kana)
+                d.zipf = JapaneseCommonness(d.zipf, edict.spellings.items(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
         english_lemmas = form_cache["en"][0] if d.source == "en" else None

@@ -129,8 +129,9 @@ class Commonness(unittest.TestCase):
         d = tc.Direction("en", "zh")
         d.reverse = [cedict]
         d.zipf = self.frequencies({"晨": 3.9, "上午": 4.7, "朝": 5.4})
+        d.zipf.bound = {"朝", "晨"}  # jieba tags them as a place name and a morpheme
         entries, _ = tc.rank_direction(d)
-        # A lone character counts every word it is part of: "朝" does not win on that count.
+        # A character jieba knows as a name or morpheme does not win on its count.
         self.assertEqual(entries["morning"][0].split("\t")[1].split("|")[0], "上午")
 
     def test_labelled_words_never_come_first(self):
@@ -192,8 +193,9 @@ class FrequencySources(unittest.TestCase):
         with tempfile.TemporaryDirectory() as tmp:
             path = os.path.join(tmp, "dict.txt")
             with open(path, "w", encoding="utf-8") as f:
-                f.write("上午 3000 t\n早上 1000 t\n的 50000 uj\nbroken line\n")
+                f.write("上午 3000 t\n早上 1000 t\n的 50000 uj\n朝 14885 ns\nbroken line\n")
             zipf = tc.jieba_frequencies(path)
+            self.assertEqual(zipf.bound, {"朝"})
             self.assertAlmostEqual(zipf.zipf("的") - zipf.zipf("上午"), 1.22, places=2)
             self.assertLess(zipf.zipf("不在"), zipf.zipf("早上"))
 
@@ -217,7 +219,7 @@ class FrequencySources(unittest.TestCase):
                 f.write("かぜが>ふいた>へは>" * 8000 + "おならを>")
             kana = tc.counts_to_zipf(tc.kana_word_counts(path), "dasher")
         readings = {"分かる": {"わかる"}, "解る": {"わかる"}, "風": {"かぜ"}, "屁": {"へ", "おなら"}}
-        ja = tc.JapaneseCommonness(costs, [["分かる", "解る"]], readings, kana)
+        ja = tc.JapaneseCommonness(costs, [(("わかる", "understand"), ["分かる", "解る"])], readings, kana)
         self.assertGreater(ja.zipf("分かる"), ja.zipf("解る") + 1.5)
         # "へ" is a particle far more often than a word: one-kana readings do not count.
         self.assertGreater(ja.zipf("風"), ja.zipf("屁") + 2)
