@@ -586,7 +586,9 @@ def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
                 continue
             # A form with an entry of its own is a word of its own unless its lemma is clearly the
             # better answer: "filha" is daughter, not a form of "filho".
-            if form not in lemma_forms and best < own + 1.5:
+            # (A verb form still goes to its verb: "feito" is fazer before it is a feat.)
+            verb_form = all(p == "v" for _, p in lemmas)
+            if form not in lemma_forms and best < own + (0.0 if verb_form else 1.5):
                 continue
             links = [">" + l + ("\t" + p if p else "") for l, p in lemmas
                      if l in entries and not entries[l][0].startswith(">") and confidence.get(l, -99) > own]
@@ -928,17 +930,19 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             if not entry[1]:
                 entry[1] = pos
 
-    reverse_positions = [first_positions(t) for t in direction.reverse if not t.pivot]
-    direct_positions = [first_positions(t) for t in direction.direct if not t.pivot]
+    # A translation back through a third language is weaker evidence: it counts as if it came
+    # a few places further down.
+    reverse_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.reverse]
+    direct_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.direct]
 
     def back_translates(key, cand):
         best = None
-        for positions in reverse_positions:
+        for positions, offset in reverse_positions:
             rank = positions.get(cand, {}).get(key.lower())
             if rank is None:
                 rank = positions.get(cand.lower(), {}).get(key.lower())
-            if rank is not None and (best is None or rank < best):
-                best = rank
+            if rank is not None and (best is None or rank + offset < best):
+                best = rank + offset
         return best
 
     def frequency_bonus(cand):
@@ -1046,10 +1050,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     for key, cost in english_keys(cand, s.pos):
                         score = base - cost
                         forward = None
-                        for positions in direct_positions:
+                        for positions, offset in direct_positions:
                             r = positions.get(key, {}).get(original.lower())
-                            if r is not None and (forward is None or r < forward):
-                                forward = r
+                            if r is not None and (forward is None or r + offset < forward):
+                                forward = r + offset
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
                         score += usual_use(key, pos)
