@@ -368,6 +368,12 @@ def read_edict(table):
                     table.common.add(reading)
 
 
+CEDICT_MARKED = ("(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)", "(Internet slang)", "(Cantonese)", "(old)",
+                 "(vulgar)", "(derog.)", "(classical)", "(Hong Kong)")
+CEDICT_SPECIAL = ("(bound form)", "(coll.)", "(physics)", "(math.)", "(chemistry)", "(medicine)", "(Buddhism)",
+                  "(idiom)", "(bird species of China)")
+
+
 def read_cedict(path, table):
     if not path or not os.path.exists(path):
         return
@@ -384,14 +390,11 @@ def read_cedict(path, table):
                 if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
                                    "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                     continue
-                marked = field.startswith(("(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)", "(Internet slang)",
-                                           "(Cantonese)", "(old)", "(vulgar)", "(derog.)", "(classical)", "(Hong Kong)"))
-                # A gloss narrowed by a trailing note ("to play (a role)", "meter (classifier)") is a
-                # special use of the word, not its everyday meaning.
+                marked = field.startswith(CEDICT_MARKED)
+                # A gloss narrowed by a note ("to play (a role)", "meter (classifier)") is a special
+                # use of the word, not its everyday meaning.
                 qualified = bool(re.search(r"\w\s*\((?!e\.g\.)", field))
-                domain = proper or marked or qualified or field.startswith(("(bound form)", "(coll.)", "(physics)", "(math.)",
-                                                               "(chemistry)", "(medicine)", "(Buddhism)", "(idiom)",
-                                                               "(bird species of China)"))
+                domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
                 pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
                 cands = [clean(c, True) for c in field.split(";")]
                 cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
