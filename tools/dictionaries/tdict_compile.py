@@ -391,9 +391,9 @@ def read_cedict(path, table):
                                    "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                     continue
                 marked = field.startswith(CEDICT_MARKED)
-                # A gloss narrowed by a note ("to play (a role)", "meter (classifier)") is a special
-                # use of the word, not its everyday meaning.
-                qualified = bool(re.search(r"\w\s*\((?!e\.g\.)", field))
+                # A verb narrowed to one object ("to play (a role)") is a special use of the word,
+                # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
+                qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
                 domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
                 pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
                 cands = [clean(c, True) for c in field.split(";")]
