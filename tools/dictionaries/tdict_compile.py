@@ -1279,6 +1279,9 @@ def main(argv):
         if d.zipf is not None:
             name, licence = FREQUENCY_SOURCES[d.zipf.source]
             meta.append(("ranking", f"{name}; licence {licence}"))
+            if getattr(d.zipf, "kana", None) is not None:
+                name, licence = FREQUENCY_SOURCES["dasher"]
+                meta.append(("ranking", f"{name}; licence {licence}"))
         write_tdict(os.path.join(out, pair + ".tdict"), entries, meta)
         print(f"[dictionaries] {pair}: {len(entries)} entries", flush=True)
     return 0
