@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// First-gloss acceptability per direction and coverage of the word lists.
-//   bench_translation_quality EN_TO_TARGET.tsv TARGET_TO_EN.tsv [WORDLIST_DIR]
+// Acceptability of the first gloss, and of anything shown at all, per direction and word list.
+//   bench_translation_quality EN_TO_TARGET.tsv TARGET_TO_EN.tsv [--own EN_TO_TARGET.tsv TARGET_TO_EN.tsv]
+//                             [--wordlists DIR] [--verbose]
 // EN_TO_TARGET has a header "word<TAB>ru<TAB>fr…" and rows of accepted answers separated by '|';
-// TARGET_TO_EN has rows "language<TAB>word<TAB>accepted|answers". A gloss counts when one of the
-// translations it shows is accepted.
+// TARGET_TO_EN has rows "language<TAB>word<TAB>accepted|answers". The first pair of lists is split
+// in two halves by alternate rows of each direction (devA, devB): ranking is tuned on devA, and
+// devB shows whether the tuning carries over. The own lists are never tuned on.
+// "first" counts a word when one of the translations of its first gloss (what a card shows) is
+// accepted, "any" when any translation of any sense is.
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QMap>
-#include <QTextStream>
 
 #include <cstdio>
 
@@ -21,40 +24,103 @@ namespace {
 struct Tally
 {
     int n = 0;
-    int top1 = 0;
+    int first = 0;
+    int any = 0;
     int found = 0;
+
+    double percent(int count) const { return n ? 100.0 * count / n : 0.0; }
 };
+
+using Tallies = QMap<QString, Tally>; // by "source-target"
 
 QStringList readLines(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        std::fprintf(stderr, "cannot read %s\n", qPrintable(path));
         return {};
-    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return lines;
+    }
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
 void score(DictionaryTranslationEngine& engine, Tally& tally, const QString& word, const QString& source,
-           const QString& target, const QStringList& accepted, bool verbose)
+           const QString& target, const QStringList& accepted, const char* set, bool verbose)
 {
     ++tally.n;
     auto result = engine.lookUpWord(word, source, target);
     if (!result) {
         if (verbose)
-            std::printf("  miss %s-%s %s\n", qPrintable(source), qPrintable(target), qPrintable(word));
+            std::printf("  %s miss %s-%s %s\n", set, qPrintable(source), qPrintable(target), qPrintable(word));
         return;
     }
     ++tally.found;
-    const QStringList shown = result.value().senses.first().translations.mid(0, 3);
-    for (const QString& t : shown) {
-        if (accepted.contains(t)) {
-            ++tally.top1;
-            return;
+    const WordTranslation& found = result.value();
+    const QStringList shown = found.senses.first().translations.mid(0, 3);
+    const bool first =
+        std::any_of(shown.cbegin(), shown.cend(), [&](const QString& t) { return accepted.contains(t); });
+    bool any = first;
+    for (const auto& sense : found.senses) {
+        for (const QString& t : sense.translations)
+            any = any || accepted.contains(t);
+    }
+    tally.first += first ? 1 : 0;
+    tally.any += any ? 1 : 0;
+    if (verbose && !first)
+        std::printf("  %s %s %s-%s %s -> %s (want %s)\n", set, any ? "later" : "wrong", qPrintable(source),
+                    qPrintable(target), qPrintable(word), qPrintable(found.gloss()),
+                    qPrintable(accepted.join(QLatin1Char('|'))));
+}
+
+// Scores both lists; with `split`, alternate rows of each direction go to `tallies` and `other`.
+void scoreLists(DictionaryTranslationEngine& engine, const QString& forwardPath, const QString& backwardPath,
+                Tallies& tallies, Tallies* other, const char* set, const char* otherSet, bool verbose)
+{
+    QMap<QString, int> rowOfDirection;
+    auto place = [&](const QString& direction) -> std::pair<Tally*, const char*> {
+        const int row = rowOfDirection[direction]++;
+        if (other && row % 2 == 1)
+            return {&(*other)[direction], otherSet};
+        return {&tallies[direction], set};
+    };
+    const QStringList forward = readLines(forwardPath);
+    if (!forward.isEmpty()) {
+        const QStringList header = forward.first().split(QLatin1Char('\t'));
+        for (const QString& line : forward.mid(1)) {
+            const QStringList columns = line.split(QLatin1Char('\t'));
+            for (qsizetype c = 1; c < columns.size() && c < header.size(); ++c) {
+                const QString target = header.at(c).trimmed();
+                if (columns.at(c).trimmed().isEmpty())
+                    continue;
+                const QString direction = QStringLiteral("en-") + target;
+                auto [tally, name] = place(direction);
+                score(engine, *tally, columns.first().trimmed(), QStringLiteral("en"), target,
+                      columns.at(c).split(QLatin1Char('|')), name, verbose);
+            }
         }
     }
-    if (verbose)
-        std::printf("  wrong %s-%s %s -> %s (want %s)\n", qPrintable(source), qPrintable(target), qPrintable(word),
-                    qPrintable(shown.join(QLatin1Char(','))), qPrintable(accepted.join(QLatin1Char('|'))));
+    for (const QString& line : readLines(backwardPath)) {
+        const QStringList columns = line.split(QLatin1Char('\t'));
+        if (columns.size() < 3)
+            continue;
+        const QString source = columns.at(0).trimmed();
+        auto [tally, name] = place(source + QStringLiteral("-en"));
+        score(engine, *tally, columns.at(1).trimmed(), source, QStringLiteral("en"),
+              columns.at(2).split(QLatin1Char('|')), name, verbose);
+    }
+}
+
+void printSummary(const char* set, const Tallies& tallies)
+{
+    if (tallies.isEmpty())
+        return;
+    double minimum = 100.0, sum = 0.0, minimumAny = 100.0;
+    for (const Tally& t : tallies) {
+        minimum = std::min(minimum, t.percent(t.first));
+        minimumAny = std::min(minimumAny, t.percent(t.any));
+        sum += t.percent(t.first);
+    }
+    std::printf("%s min_first=%.1f mean_first=%.1f min_any=%.1f\n", set, minimum, sum / double(tallies.size()),
+                minimumAny);
 }
 
 } // namespace
@@ -62,47 +128,53 @@ void score(DictionaryTranslationEngine& engine, Tally& tally, const QString& wor
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const QStringList args = app.arguments();
-    if (args.size() < 3) {
-        std::fprintf(stderr, "usage: %s EN_TO_TARGET.tsv TARGET_TO_EN.tsv [WORDLIST_DIR] [--verbose]\n", argv[0]);
+    QStringList args = app.arguments().mid(1);
+    const bool verbose = args.removeAll(QStringLiteral("--verbose")) > 0;
+    QString ownForward, ownBackward, wordlists;
+    if (const qsizetype i = args.indexOf(QStringLiteral("--own")); i >= 0 && i + 2 < args.size()) {
+        ownForward = args.at(i + 1);
+        ownBackward = args.at(i + 2);
+        args.remove(i, 3);
+    }
+    if (const qsizetype i = args.indexOf(QStringLiteral("--wordlists")); i >= 0 && i + 1 < args.size()) {
+        wordlists = args.at(i + 1);
+        args.remove(i, 2);
+    }
+    if (args.size() == 3 && wordlists.isEmpty())
+        wordlists = args.takeLast();
+    if (args.size() != 2) {
+        std::fprintf(stderr,
+                     "usage: %s EN_TO_TARGET.tsv TARGET_TO_EN.tsv [--own EN_TO_TARGET.tsv TARGET_TO_EN.tsv] "
+                     "[--wordlists DIR] [--verbose]\n",
+                     argv[0]);
         return 2;
     }
-    const bool verbose = args.contains(QStringLiteral("--verbose"));
     DictionaryTranslationEngine engine;
-    QMap<QString, Tally> tallies; // by "source-target"
+    Tallies devA, devB, own;
+    scoreLists(engine, args.at(0), args.at(1), devA, &devB, "devA", "devB", verbose);
+    if (!ownForward.isEmpty())
+        scoreLists(engine, ownForward, ownBackward, own, nullptr, "own", nullptr, verbose);
 
-    const QStringList forward = readLines(args.at(1));
-    if (!forward.isEmpty()) {
-        const QStringList header = forward.first().split(QLatin1Char('\t'));
-        for (const QString& line : forward.mid(1)) {
-            const QStringList columns = line.split(QLatin1Char('\t'));
-            for (qsizetype c = 1; c < columns.size() && c < header.size(); ++c) {
-                const QString target = header.at(c).trimmed();
-                score(engine, tallies[QStringLiteral("en-") + target], columns.first().trimmed(), QStringLiteral("en"),
-                      target, columns.at(c).split(QLatin1Char('|')), verbose);
-            }
+    QStringList directions = devA.keys() + own.keys();
+    directions.removeDuplicates();
+    std::sort(directions.begin(), directions.end());
+    for (const QString& direction : directions) {
+        std::printf("%-6s", qPrintable(direction));
+        for (const auto& [name, tallies] : {std::pair{"devA", &devA}, {"devB", &devB}, {"own", &own}}) {
+            if (!tallies->contains(direction))
+                continue;
+            const Tally& t = tallies->value(direction);
+            std::printf("  %s first=%5.1f any=%5.1f n=%-3d", name, t.percent(t.first), t.percent(t.any), t.n);
         }
+        std::printf("\n");
     }
-    for (const QString& line : readLines(args.at(2))) {
-        const QStringList columns = line.split(QLatin1Char('\t'));
-        if (columns.size() < 3)
-            continue;
-        const QString source = columns.at(0).trimmed();
-        score(engine, tallies[source + QStringLiteral("-en")], columns.at(1).trimmed(), source, QStringLiteral("en"),
-              columns.at(2).split(QLatin1Char('|')), verbose);
-    }
+    printSummary("devA", devA);
+    printSummary("devB", devB);
+    printSummary("own", own);
 
-    double minimum = 100.0, sum = 0.0;
-    for (auto it = tallies.cbegin(); it != tallies.cend(); ++it) {
-        const double top1 = it->n ? 100.0 * it->top1 / it->n : 0.0;
-        const double found = it->n ? 100.0 * it->found / it->n : 0.0;
-        std::printf("%s top1=%.1f found=%.1f n=%d\n", qPrintable(it.key()), top1, found, it->n);
-        minimum = std::min(minimum, top1);
-        sum += top1;
-    }
-    if (args.size() > 3 && !args.at(3).startsWith(QLatin1String("--"))) {
+    if (!wordlists.isEmpty()) {
         // Coverage of the word lists: how many words of each language find an entry at all.
-        const QDir lists(args.at(3));
+        const QDir lists(wordlists);
         for (const QString& name : lists.entryList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
             const QString language = name.section(QLatin1Char('.'), 0, 0);
             int n = 0, found = 0;
@@ -115,7 +187,5 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "coverage %s %.1f n=%d\n", qPrintable(language), n ? 100.0 * found / n : 0.0, n);
         }
     }
-    std::printf("translation min_top1=%.1f mean_top1=%.1f\n", tallies.isEmpty() ? 0.0 : minimum,
-                tallies.isEmpty() ? 0.0 : sum / double(tallies.size()));
     return 0;
 }

@@ -26,7 +26,12 @@ if [ ! -f "$cedict" ]; then
 fi
 
 stamp="$out/.complete"
-inputs=("$compiler" "$korean" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict)
+# Word frequencies that rank the translations: jieba (Chinese), MeCab IPAdic (Japanese), the
+# dasher-data training texts (European languages). Any of them missing only costs ranking quality;
+# the compiler says so.
+frequencies=(/usr/lib/python3/dist-packages/jieba/dict.txt /usr/share/mecab/dic/ipadic/Verb.csv
+             /usr/share/dasher/training_french_FR.txt)
+inputs=("$compiler" "$korean" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict "${frequencies[@]}")
 [ -f "$cedict" ] && inputs+=("$cedict")
 if [ -f "$stamp" ]; then
     stale=0

@@ -3,6 +3,7 @@
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
 Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--german FILE] [--only en-ru,ru-en]
+                        [--no-frequencies]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
 reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
@@ -39,7 +40,8 @@ SOURCES = {
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
     "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
-    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt)", "GPL-2.0-or-later"),
+    "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt, -cat-ita, -eng-cat)",
+                 "GPL-2.0-or-later"),
 }
 
 B64 = {c: i for i, c in enumerate("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")}
@@ -86,6 +88,9 @@ DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|
                         r"archaic|obs|slang|vulg|dated|rare|poet|Schw|Ös|Süddt|Norddt|BE|AE|sport|mus|relig|"
                         r"geogr|electronics|photo|insur|adm|envir|biochem|pharm|engin|mineral|astrol|lit)[^\]]*\]")
 POS_TAG = re.compile(r"<([^<>]*)>")
+# Registers: literary ("gehoben"), dated, slang, vulgar, and words of one region only.
+REGISTER_TAG = re.compile(r"\[(?:archaic|obs|dated|rare|poet|geh|slang|vulg|pej|Schw|Ös|Süddt|Norddt|regional|dial|"
+                          r"altertümlich|veraltet|lit)\.?\]")
 
 POS_NAMES = {
     "n": "n", "noun": "n", "v": "v", "vt": "v", "vi": "v", "verb": "v", "adj": "adj", "a": "adj",
@@ -131,10 +136,14 @@ def split_list(text, separators=",;"):
 
 
 class Sense:
-    __slots__ = ("pos", "cands", "domain", "order")
+    """One sense: its candidates in the source's order. `domain` marks a specialist or secondary
+    sense (ranked lower); `marked` a sense the source labels archaic, literary, slang, vulgar or
+    regional, whose words never come first while an unmarked word is there."""
+    __slots__ = ("pos", "cands", "domain", "order", "marked", "reading")
 
-    def __init__(self, pos, cands, domain=False, order=0):
-        self.pos, self.cands, self.domain, self.order = pos, cands, domain, order
+    def __init__(self, pos, cands, domain=False, order=0, marked=False, reading=None):
+        self.pos, self.cands, self.domain, self.order = pos, cands, domain or marked, order
+        self.marked, self.reading = marked, reading  # reading: of the headword, where it has several
 
 
 class Table:
@@ -145,6 +154,9 @@ class Table:
         # How much the source's order of senses says: much for dictionaries ordered by meaning,
         # little for lists that are alphabetical or give one entry per sense in no order.
         self.order_weight = order_weight
+        # Translations through a third language ("morning" → mañana → amanhã): evidence for a
+        # candidate, never proof that a word translates back.
+        self.pivot = False
         # A source whose senses are real senses ("eye" | "snow") rather than lists of words:
         # the first gloss then shows one sense, never a mixture.
         self.keeps_senses = False
@@ -153,6 +165,8 @@ class Table:
         self.senses = defaultdict(list)
         self.redirects = {}
         self.common = set()  # headwords the source marks as common
+        self.spellings = {}  # (reading, glosses) -> spellings of one word, where the source has several
+        self.readings = {}  # spelling -> its readings
 
     def add(self, key, sense):
         if key and sense.cands:
@@ -180,6 +194,7 @@ def read_freedict(name, source_english, target_english, table):
             line = raw.strip()
             line = re.sub(r"^\d+\.\s*", "", line)
             domain = bool(DOMAIN_TAG.search(line)) or "[fig.]" in line or "[obs.]" in line or "[archaic]" in line
+            marked = bool(REGISTER_TAG.search(line))
             pos = headpos
             cands = []
             for part in split_list(line):
@@ -190,13 +205,16 @@ def read_freedict(name, source_english, target_english, table):
                 if word and len(word) < 60:
                     cands.append(word)
             if cands:
-                table.add(head, Sense(pos, cands, domain, order))
+                table.add(head, Sense(pos, cands, domain, order, marked))
                 order += 1
 
 
 MUELLER_POS = {"n": "n", "v": "v", "a": "adj", "adv": "adv", "pron": "pron", "prep": "prep", "cj": "conj",
                "num": "num", "int": "intj", "part": "part", "pl": "n"}
 RU_LABEL = re.compile(r"_[A-Za-zА-Яа-яё\-]+\.")
+# Labels of senses that are old, poetic, dialect, rude or slang.
+MUELLER_MARKED = {"уст", "поэт", "диал", "груб", "sl", "вульг", "редк", "шотл", "арх", "ирл", "австрал", "презр",
+                  "бран", "библ", "ритор", "жарг", "школ", "ист"}
 
 
 def read_mueller(table):
@@ -223,7 +241,7 @@ def read_mueller(table):
                 senses = senses[1:]
             for sense in senses:
                 sense = re.sub(r"^\s*(?:\[[^\]]*\]\s*)?", "", sense)
-                domain = False
+                domain = marked = False
                 # Leading labels: part of speech, style or domain ("_разг.", "_мор.").
                 while True:
                     lm = re.match(r"\s*_([A-Za-zА-Яа-яё\-]+)\.\s*", sense)
@@ -233,6 +251,8 @@ def read_mueller(table):
                         domain = True
                     if lm.group(1) == "attr":
                         domain = True
+                    if lm.group(1) in MUELLER_MARKED:
+                        marked = True
                     sense = sense[lm.end():]
                 sense = re.sub(r"\([^()]*\)", " ", sense)
                 sense = re.sub(r"\([^()]*\)", " ", sense)
@@ -249,7 +269,7 @@ def read_mueller(table):
                     if len(cands) >= 4:
                         break
                 if cands:
-                    table.add(head, Sense(pos, cands, domain, order))
+                    table.add(head, Sense(pos, cands, domain, order, marked))
                     order += 1
 
 
@@ -261,6 +281,14 @@ EDICT_RARE = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "io", "iK", "X", 
               "law", "econ", "finc", "music", "sports", "martial", "archit", "engr", "gramm", "hanaf",
               "abbr", "col", "sl", "chn", "hum", "pol", "hon", "fem", "male", "joc", "poet", "m-sl", "net-sl",
               "on-mim", "yoji", "id", "proverb", "ctr", "suf", "pref", "n-suf", "n-pref", "aux", "aux-v"}
+
+
+# Archaic, rare, slang, vulgar, poetic, dialect senses and irregular or out-dated spellings.
+EDICT_MARKED = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "iK", "io", "X", "vulg", "sl", "m-sl", "net-sl",
+                "derog", "poet", "ksb", "ktb", "kyb", "osb", "hob", "thb", "tsb", "tsug", "rkb", "nab", "dated"}
+
+
+EDICT_AFFIX = {"ctr", "suf", "pref", "n-suf", "n-pref"}
 
 
 def edict_pos(tags):
@@ -283,7 +311,7 @@ def read_edict(table):
             fields = rest.split("/")
             common = "(P)" in fields
             entry_rare = False
-            pos, rare, order = "", False, 0
+            pos, rare, marked, order = "", False, False, 0
             senses = []
             current = None
             for field in fields:
@@ -304,12 +332,15 @@ def read_edict(table):
                     pos = edict_pos(tags)
                     current = None
                 if tags:
-                    rare = any(t in EDICT_RARE for t in tags)
+                    # A counter or suffix use beside a plain noun ("(n,ctr) mountain") is no rare sense.
+                    plain = any(t in ("n", "adj-i", "adj-na", "vs") or re.match(r"v[1-5]", t) for t in tags)
+                    rare = any(t in EDICT_RARE and not (plain and t in EDICT_AFFIX) for t in tags)
+                    marked = any(t in EDICT_MARKED for t in tags)
                 word_en = clean(field, True)
                 if not word_en or len(word_en) > 50:
                     continue
                 if current is None:
-                    current = Sense(pos, [], rare, order)
+                    current = Sense(pos, [], rare, order, marked)
                     senses.append(current)
                     order += 1
                 current.cands.append(word_en)
@@ -317,15 +348,30 @@ def read_edict(table):
                 for s in senses:
                     s.order += 2
             usually_kana = "(uk)" in rest
+            # Spellings of one word are lines of their own with the same reading and glosses
+            # (分かる, 解る, 判る): remember them together, to prefer the usual one.
+            group = table.spellings.setdefault((reading or word, re.sub(r"/\(P\)", "", rest)), [])
+            group.append(word)
+            # Spellings that share a reading and a first meaning are one word too (子供, 小人 こども).
+            if senses and senses[0].cands:
+                table.spellings.setdefault((reading or word, senses[0].cands[0]), []).append(word)
+            table.readings.setdefault(word, set()).add(reading or word)
             for key in (word, reading):
                 if key:
                     for s in senses:
                         penalty = 0 if key == word or usually_kana else 1
-                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3))
+                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked,
+                                             reading or word))
             if common:
                 table.common.add(word)
                 if reading and not re.search(r"[\u4e00-\u9fff]", word):
                     table.common.add(reading)
+
+
+CEDICT_MARKED = ("(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)", "(Internet slang)", "(Cantonese)", "(old)",
+                 "(vulgar)", "(derog.)", "(classical)", "(Hong Kong)")
+CEDICT_SPECIAL = ("(bound form)", "(coll.)", "(physics)", "(math.)", "(chemistry)", "(medicine)", "(Buddhism)",
+                  "(idiom)", "(bird species of China)")
 
 
 def read_cedict(path, table):
@@ -344,14 +390,16 @@ def read_cedict(path, table):
                 if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
                                    "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                     continue
-                domain = proper or field.startswith(("(bound form)", "(archaic)", "(literary)", "(dialect)", "(Tw)", "(slang)",
-                                                     "(Internet slang)", "(coll.)", "(Cantonese)", "(physics)",
-                                                     "(math.)", "(chemistry)", "(medicine)", "(Buddhism)"))
+                marked = field.startswith(CEDICT_MARKED)
+                # A verb narrowed to one object ("to play (a role)") is a special use of the word,
+                # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
+                qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
+                domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
                 pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
                 cands = [clean(c, True) for c in field.split(";")]
                 cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
                 if cands:
-                    table.add(simp, Sense(pos, cands, domain, order))
+                    table.add(simp, Sense(pos, cands, domain, order, marked))
                     order += 1
 
 
@@ -402,7 +450,12 @@ BIDIX = {  # (from, to) -> Apertium bilingual dictionary
     ("fr", "es"): "apertium-fr-es/fr-es.autobil.bin", ("es", "fr"): "apertium-fr-es/es-fr.autobil.bin",
     ("it", "es"): "apertium-spa-ita/ita-spa.autobil.bin", ("es", "it"): "apertium-spa-ita/spa-ita.autobil.bin",
     ("pt", "es"): "apertium-es-pt/pt-es.autobil.bin", ("es", "pt"): "apertium-es-pt/es-pt.autobil.bin",
+    ("it", "ca"): "apertium-cat-ita/ita-cat.autobil.bin", ("ca", "it"): "apertium-cat-ita/cat-ita.autobil.bin",
+    ("en", "ca"): "apertium-eng-cat/eng-cat.autobil.bin", ("ca", "en"): "apertium-eng-cat/cat-eng.autobil.bin",
 }
+# Third languages a pair is translated through, in order of trust. Italian has a larger
+# dictionary with Catalan than with Spanish.
+PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca")}
 
 
 def bidix_translations(source, target, tagged_lemmas):
@@ -441,21 +494,26 @@ def bidix_table(source, target):
         analyser_forms(source)
     lemmas = TAGGED_LEMMAS.get(source, set())
     if (source, target) in BIDIX:
+        # A curated dictionary between the two languages themselves: strong evidence for the
+        # first choice ("bed" → cama, not the madre of a river bed).
+        table.bonus = 1.5
         chains = bidix_translations(source, target, lemmas)
         for lemma, words in chains.items():
             table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
         return table
-    first = bidix_translations(source, "es", lemmas)
-    middle = {(w, t) for words in first.values() for w, t in words}
-    second = bidix_translations("es", target, middle)
-    for lemma, words in first.items():
-        cands = []
-        for w, _ in words[:2]:
-            for final, _ in second.get(w, [])[:2]:
-                if final not in cands:
-                    cands.append(final)
-        if cands:
-            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
+    table.pivot = True
+    for pivot in PIVOTS.get((source, target), ("es",)):
+        first = bidix_translations(source, pivot, lemmas)
+        middle = {(w, t) for words in first.values() for w, t in words}
+        second = bidix_translations(pivot, target, middle)
+        for lemma, words in first.items():
+            cands = []
+            for w, _ in words[:2]:
+                for final, _ in second.get(w, [])[:2]:
+                    if final not in cands:
+                        cands.append(final)
+            if cands:
+                table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), cands[:4], False, 1))
     return table
 
 
@@ -529,7 +587,11 @@ def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
                 continue
             if form in lemma_forms and best < own + 2.5:
                 continue
-            if form not in lemma_forms and best < own:
+            # A form with an entry of its own is a word of its own unless its lemma is clearly the
+            # better answer: "filha" is daughter, not a form of "filho".
+            # (A verb form still goes to its verb: "feito" is fazer before it is a feat.)
+            verb_form = all(p == "v" for _, p in lemmas)
+            if form not in lemma_forms and best < own + (0.0 if verb_form else 1.5):
                 continue
             links = [">" + l + ("\t" + p if p else "") for l, p in lemmas
                      if l in entries and not entries[l][0].startswith(">") and confidence.get(l, -99) > own]
@@ -606,6 +668,217 @@ def token_counts(texts, pattern):
 
 
 # ---------------------------------------------------------------------------------------------
+# How common a word is in its language, from data the system ships: the word counts of jieba's
+# dictionary for Chinese, the word costs of MeCab's IPAdic for Japanese, and the training texts
+# of dasher-data for the European languages. Every figure is on one scale, log10 of the
+# occurrences per billion words ("Zipf"): 7 is "the", 3 a word met once in a book.
+
+JIEBA = "/usr/lib/python3/dist-packages/jieba/dict.txt"
+IPADIC = "/usr/share/mecab/dic/ipadic"
+DASHER = "/usr/share/dasher"
+DASHER_TEXTS = {"en": "training_english_GB.txt", "fr": "training_french_FR.txt", "de": "training_german_DE.txt",
+                "it": "training_italian_IT.txt", "pt": "training_portuguese_BR.txt", "ru": "training_russian_RU.txt",
+                "es": "training_spanish_ES.txt"}
+DASHER_KANA = "training_canna_JP.txt"
+FREQUENCY_SOURCES = {
+    "jieba": ("jieba word frequencies (python3-jieba)", "MIT"),
+    "ipadic": ("MeCab IPAdic word costs (mecab-ipadic)", "IPAdic licence (BSD-style)"),
+    "dasher": ("Dasher training texts (dasher-data)", "GPL-2.0-or-later"),
+}
+
+
+class Frequencies:
+    """word -> Zipf value; a word the source lacks gets `floor`, a phrase its rarest word's."""
+
+    center = 3.5  # an ordinary word: commoner words gain, rarer ones lose
+
+    def __init__(self, source, zipf, floor):
+        self.source, self.values, self.floor = source, zipf, floor
+
+    def zipf(self, word):
+        low = word.lower()
+        value = self.values.get(low)
+        if value is not None:
+            return value
+        parts = [p for p in re.split(r"[\s\-']+", low) if p]
+        if len(parts) > 1:
+            return min(self.values.get(p, self.floor) for p in parts) - 0.5
+        return self.floor
+
+
+def counts_to_zipf(counts, source, minimum_total=20000):
+    total = sum(counts.values())
+    if total < minimum_total:
+        raise ValueError(f"only {total} words counted")
+    scale = 1e9 / total
+    values = {w: math.log10(c * scale) for w, c in counts.items() if c > 0}
+    return Frequencies(source, values, math.log10(0.5 * scale))
+
+
+# jieba's classes of characters that are names or bound morphemes rather than words of their own.
+JIEBA_NOT_FREE = {"nr", "ns", "nt", "nz", "ng", "vg", "ag", "zg", "tg", "dg", "q"}
+
+
+def jieba_frequencies(path=None):
+    path = path or JIEBA
+    counts, bound = {}, set()
+    with open(path, encoding="utf-8") as f:
+        for line in f:
+            parts = line.split()
+            if len(parts) >= 2 and parts[1].isdigit():
+                counts[parts[0]] = counts.get(parts[0], 0) + int(parts[1])
+                if len(parts) >= 3 and len(parts[0]) == 1 and parts[2] in JIEBA_NOT_FREE:
+                    bound.add(parts[0])
+    frequencies = counts_to_zipf(counts, "jieba")
+    frequencies.floor = min(frequencies.floor, 1.5)
+    frequencies.bound = bound
+    return frequencies
+
+
+def ipadic_frequencies(directory=None):
+    """MeCab's cost is about -log(p) scaled: lower is commoner. The lowest cost of each spelling,
+    mapped onto the Zipf scale (分かる 5559 → 3.9, 解る 7159 → 2.3)."""
+    directory = directory or IPADIC
+    best = {}
+    names = [n for n in os.listdir(directory) if n.endswith(".csv")] if os.path.isdir(directory) else []
+    for name in names:
+        if name.startswith(("Noun.name", "Noun.org", "Noun.place", "Noun.proper", "Symbol")):
+            continue
+        with open(os.path.join(directory, name), encoding="euc_jp", errors="replace") as f:
+            for line in f:
+                parts = line.split(",", 4)
+                if len(parts) < 4 or not parts[3].lstrip("-").isdigit():
+                    continue
+                cost = int(parts[3])
+                if parts[0] not in best or cost < best[parts[0]]:
+                    best[parts[0]] = cost
+    if len(best) < 10000:
+        raise ValueError(f"only {len(best)} words read")
+    values = {w: max(0.5, min(7.0, 9.5 - c / 1000.0)) for w, c in best.items()}
+    return Frequencies("ipadic", values, 0.5)
+
+
+def corpus_frequencies(language, lemma_forms=None, directory=None):
+    """Counts of the words of a text; with an analyser's forms each lemma also gets the counts of
+    its forms (Russian "книги" counts for "книга")."""
+    path = os.path.join(directory or DASHER, DASHER_TEXTS[language])
+    with open(path, encoding="utf-8", errors="strict") as f:
+        text = f.read().lower()
+    counts = defaultdict(int)
+    for token in re.findall(r"[^\W\d_]+", text):
+        counts[token] += 1
+    if lemma_forms:
+        lemma_counts = defaultdict(int)
+        for form, count in counts.items():
+            for lemma, _ in lemma_forms.get(form, ())[:2]:
+                if lemma.lower() != form:
+                    lemma_counts[lemma.lower()] += count
+        for lemma, count in lemma_counts.items():
+            counts[lemma] += count
+    return counts_to_zipf(counts, "dasher")
+
+
+KANA_PARTICLES = ("である", "から", "まで", "より", "です", "だ", "が", "を", "に", "は", "の", "で", "と", "も", "へ",
+                  "や", "な", "か")
+
+
+def kana_word_counts(path):
+    """Words of the dasher kana text (a novel, in phrases split by ">"): each phrase counts for
+    itself and for the word before its particle ("かぜが" counts for かぜ)."""
+    counts = defaultdict(int)
+    with open(path, encoding="utf-8", errors="strict") as f:
+        text = f.read()
+    for phrase in re.split(r"[>\n｜]", text):
+        phrase = phrase.strip("\u3000 。、")
+        if not phrase:
+            continue
+        counts[phrase] += 1
+        for particle in KANA_PARTICLES:
+            if len(phrase) > len(particle) and phrase.endswith(particle):
+                counts[phrase[:-len(particle)]] += 1
+                break
+    return counts
+
+
+def hiragana(text):
+    return "".join(chr(ord(c) - 0x60) if "\u30a1" <= c <= "\u30f6" else c for c in text)
+
+
+class JapaneseCommonness(Frequencies):
+    """Japanese has two signals. How often a word's reading occurs in a kana text says how common
+    the word is (ほん, かぜ; a loanword's reading rarely occurs). MeCab's costs are no frequencies
+    across words (one kanji costs more than a long loanword, to keep the segmentation apart), but
+    between spellings of one word they show the usual one (分かる over 解る)."""
+
+    def __init__(self, costs, groups, readings, kana=None):
+        super().__init__("ipadic", {}, 0.0)
+        self.center = 0.0
+        self.readings, self.kana = readings, kana
+        # Judged per word, spelling and reading together: 本 is the usual spelling of ほん even
+        # where another spelling of もと is commoner.
+        self.gaps = {}
+        for (reading, _), spellings in groups:
+            if len(spellings) < 2:
+                continue
+            best = max(costs.zipf(w) for w in spellings)
+            for w in spellings:
+                self.gaps[(w, reading)] = min(self.gaps.get((w, reading), 0.0), max(-2.5, costs.zipf(w) - best))
+
+    def zipf(self, word, reading=None):
+        if reading is not None:
+            value = self.gaps.get((word, reading), 0.0)
+            readings = [reading]
+        else:
+            value = max((self.gaps.get((word, r), 0.0) for r in self.readings.get(word, ())), default=0.0)
+            readings = self.readings.get(word) or {word}
+        if self.kana is not None and " " not in word:
+            # A one-kana reading is mostly a particle in the text (へ, は), not the word.
+            readings = [r for r in readings if len(r) > 1]
+            value += max((self.kana.zipf(hiragana(r)) for r in readings), default=self.kana.floor) - 3.5
+        return value
+
+
+def english_frequencies(lemma_forms=None):
+    """English: the dasher text is short, so WordNet's tagged counts of each lemma (the Brown
+    corpus' SemCor part) are added to it."""
+    counts = defaultdict(int)
+    path = os.path.join(DASHER, DASHER_TEXTS["en"])
+    with open(path, encoding="utf-8", errors="strict") as f:
+        for token in re.findall(r"[^\W\d_]+", f.read().lower()):
+            counts[token] += 1
+    for lemma, count in wordnet_counts().items():
+        counts[lemma.lower()] += count
+    if lemma_forms:
+        extra = defaultdict(int)
+        for form, count in counts.items():
+            for lemma, _ in lemma_forms.get(form, ())[:1]:
+                if lemma.lower() != form:
+                    extra[lemma.lower()] += count
+        for lemma, count in extra.items():
+            counts[lemma] += count
+    return counts_to_zipf(counts, "dasher")
+
+
+def load_frequencies(language, lemma_forms=None):
+    """The language's frequencies, or None with a message on stderr when the source is missing or
+    unreadable; the dictionaries are then ranked without them."""
+    try:
+        if language == "zh":
+            return jieba_frequencies()
+        if language == "ja":
+            return ipadic_frequencies()
+        if language == "en":
+            return english_frequencies(lemma_forms)
+        if language in DASHER_TEXTS:
+            return corpus_frequencies(language, lemma_forms)
+        return None
+    except (OSError, UnicodeError, ValueError) as error:
+        print(f"[dictionaries] No word frequencies for {language} ({error}); ranking {language} words by the "
+              "dictionaries alone", file=sys.stderr, flush=True)
+        return None
+
+
+# ---------------------------------------------------------------------------------------------
 # Ranking
 
 def first_positions(table):
@@ -628,21 +901,28 @@ class Direction:
         self.source, self.target = source, target
         self.direct = []     # Tables read forwards
         self.reverse = []    # Tables of target->source, read backwards
-        self.freq = None     # candidate -> count (target language)
+        self.freq = None     # candidate -> count (target language), from the dictionaries' own text
+        self.zipf = None     # Frequencies of the target language, when its source is installed
         self.common = set()  # target words marked common
         self.sources = set()
 
 
-def rank_direction(direction, english_pos=None):
+ZIPF_WEIGHT = 0.8
+ZIPF_WEIGHT_ENGLISH = 0.5
+
+
+def rank_direction(direction, english_pos=None, english_lemmas=None):
     english_target = direction.target == "en"
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
 
-    def offer(key, cand, pos, score, sense=None):
+    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False):
         entry = cands_by_key[key].get(cand.lower())
         if entry is None:
-            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score]
+            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot]
         else:
+            entry[5] = entry[5] and marked  # one plain use of the word clears a label elsewhere
+            entry[6] = entry[6] or not pivot
             if score > entry[4]:
                 entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
                 entry[3] = sense
@@ -653,17 +933,19 @@ def rank_direction(direction, english_pos=None):
             if not entry[1]:
                 entry[1] = pos
 
-    reverse_positions = [first_positions(t) for t in direction.reverse]
-    direct_positions = [first_positions(t) for t in direction.direct]
+    # A translation back through a third language is weaker evidence: it counts as if it came
+    # a few places further down.
+    reverse_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.reverse]
+    direct_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.direct]
 
     def back_translates(key, cand):
         best = None
-        for positions in reverse_positions:
+        for positions, offset in reverse_positions:
             rank = positions.get(cand, {}).get(key.lower())
             if rank is None:
                 rank = positions.get(cand.lower(), {}).get(key.lower())
-            if rank is not None and (best is None or rank < best):
-                best = rank
+            if rank is not None and (best is None or rank + offset < best):
+                best = rank + offset
         return best
 
     def frequency_bonus(cand):
@@ -671,6 +953,20 @@ def rank_direction(direction, english_pos=None):
             return 0.0
         count = direction.freq.get(cand.lower(), 0)
         return math.log1p(count)
+
+    def commonness(cand, weight, reading=None):
+        """How much more common than an ordinary word the candidate is, or the dictionaries' own
+        counts when the language has no frequency source."""
+        if direction.zipf is None:
+            return weight * frequency_bonus(cand)
+        zipf = direction.zipf.zipf(cand, reading) if reading else direction.zipf.zipf(cand)
+        if direction.target == "zh" and cand in getattr(direction.zipf, "bound", ()):
+            # jieba counts such a character in every name and word it is part of ("朝" of 朝鲜,
+            # the court, "toward"); alone it is a literary or bound form of a longer word.
+            zipf -= 1.0
+        # English counts come from short texts: they break ties rather than overrule the dictionaries.
+        weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
+        return weight * (zipf - direction.zipf.center)
 
     def shape_penalty(cand):
         words = cand.count(" ") + 1
@@ -699,6 +995,32 @@ def rank_direction(direction, english_pos=None):
             return 0.0
         return 2.0 * (counts.get(pos, 0) / total - 0.5)
 
+    def english_keys(gloss, pos):
+        """The English words a gloss answers: itself, and when the glosses are English and the
+        dictionary is read backwards, its lemma ("brothers" → brother), its head noun after a
+        plain adjective ("older brother" → brother) and the adjective of "be angry". Derived keys
+        cost a little: an exact gloss comes first."""
+        yield gloss, 0.0
+        if direction.source != "en" or english_lemmas is None:
+            return
+        words = gloss.split(" ")
+        if len(words) == 1:
+            for lemma, _ in english_lemmas.get(gloss, ())[:1]:
+                if lemma != gloss and " " not in lemma:
+                    yield lemma, 1.0
+        elif len(words) == 2:
+            first, head = words
+            if first in ("be", "become", "get", "feel") and pos != "n":
+                yield head, 0.4
+            elif english_pos is not None:
+                # "older brother", "train station": the head after a plain adjective or noun.
+                counts = english_pos.get(first)
+                total = sum(counts.values()) if counts else 0
+                if total and counts.get("adj", 0) >= 0.7 * total:
+                    yield head, 2.0
+                elif total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
+                    yield head, 2.5
+
     for table in direction.direct:
         redirects.update(table.redirects)
         for key, senses in table.senses.items():
@@ -711,37 +1033,39 @@ def rank_direction(direction, english_pos=None):
                     back = back_translates(key, cand)
                     if back is not None:
                         score += 3.0 - min(back, 6) * 0.4
-                    score += 0.35 * frequency_bonus(cand)
+                    score += commonness(cand, 0.35)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None)
+                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
+                          table.pivot)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
             for s in senses:
                 for j, cand in enumerate(s.cands):
                     # cand is a word of our source language; original translates it.
-                    key = cand
                     rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
-                    score = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
-                    score += 0.3 * frequency_bonus(original)
+                    base = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
+                    base += commonness(original, 0.3, s.reading)
                     if original.lower() in direction.common or original in direction.common:
-                        score += 1.5
-                    forward = None
-                    for positions in direct_positions:
-                        r = positions.get(key, {}).get(original.lower())
-                        if r is not None and (forward is None or r < forward):
-                            forward = r
-                    if forward is not None:
-                        score += 2.0 - min(forward, 6) * 0.3
+                        base += 1.5
                     pos = s.pos or guess_pos(original, direction.target)
-                    score += usual_use(key, pos)
-                    offer(key, original, pos, score)
+                    for key, cost in english_keys(cand, s.pos):
+                        score = base - cost
+                        forward = None
+                        for positions, offset in direct_positions:
+                            r = positions.get(key, {}).get(original.lower())
+                            if r is not None and (forward is None or r + offset < forward):
+                                forward = r + offset
+                        if forward is not None:
+                            score += 2.0 - min(forward, 6) * 0.3
+                        score += usual_use(key, pos)
+                        offer(key, original, pos, score, None, s.marked, table.pivot)
 
     result = {}
     confidence = {}
     for key, cands in cands_by_key.items():
-        ranked = sorted(cands.values(), key=lambda e: -e[0])[:8]
+        ranked = sorted(cands.values(), key=lambda e: (e[5], -e[0]))[:8]
         confidence[key] = ranked[0][0]
         lines = []
         best_sense = ranked[0][3]
@@ -749,15 +1073,19 @@ def rank_direction(direction, english_pos=None):
             first = [e for e in ranked if e[3] == best_sense]
             lines.append(ranked[0][1] + "\t" + "|".join(e[2] for e in first[:4]))
             ranked = [e for e in ranked if e[3] != best_sense]
-        # Group by part of speech in the order their best candidates come.
+        # Group by part of speech in the order their best candidates come. A word known only by
+        # way of a third language may lead when nothing better is there, but never stands beside
+        # a better one in the first gloss ("manhã, amanhã"): it goes to the end.
         groups, order = {}, []
-        for score, pos, cand, _, _ in ranked:
-            if pos not in groups:
-                groups[pos] = []
-                order.append(pos)
-            groups[pos].append(cand)
-        for pos in order:
-            lines.append(pos + "\t" + "|".join(groups[pos][:4]))
+        for index, (score, pos, cand, _, _, _, solid) in enumerate(ranked):
+            group = (pos, solid or index == 0)
+            if group not in groups:
+                groups[group] = []
+                order.append(group)
+            groups[group].append(cand)
+        order = [g for g in order if g[1]] + [g for g in order if not g[1]]
+        for group in order:
+            lines.append(group[0] + "\t" + "|".join(groups[group][:4]))
         result[key] = lines
     for form, lemma in redirects.items():
         if form not in result:
@@ -802,6 +1130,7 @@ def main(argv):
         return 2
     out = argv[1]
     cedict, korean, german, only = None, None, None, None
+    use_frequencies = True
     i = 2
     while i < len(argv):
         if argv[i] == "--cedict":
@@ -812,6 +1141,8 @@ def main(argv):
             german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
             only = set(argv[i + 1].split(",")); i += 2
+        elif argv[i] == "--no-frequencies":
+            use_frequencies = False; i += 1
         else:
             print("unknown argument " + argv[i], file=sys.stderr)
             return 2
@@ -840,9 +1171,14 @@ def main(argv):
         mueller = table("en-ru", "mueller7", read_mueller)
         ru_text = (s for ss in mueller.senses.values() for sense in ss for s in sense.cands)
         ru_freq = token_counts(ru_text, r"[а-яё]+")
-        d = Direction("en", "ru"); d.direct = [mueller]; d.freq = ru_freq; d.sources = {"mueller7"}
+        # FreeDict's small English-Russian list gives both aspects of the everyday verbs
+        # (покупать, купить), where Mueller mostly gives the imperfective alone.
+        core = table("en-ru-freedict", "freedict", lambda t: read_freedict("freedict-eng-rus", True, False, t))
+        core.order_weight = 0.3
+        sources = {"mueller7", "freedict"} if core.senses else {"mueller7"}
+        d = Direction("en", "ru"); d.direct = [mueller, core]; d.freq = ru_freq; d.sources = sources
         jobs.append(d)
-        d = Direction("ru", "en"); d.reverse = [mueller]; d.freq = english; d.sources = {"mueller7"}
+        d = Direction("ru", "en"); d.reverse = [mueller, core]; d.freq = english; d.sources = sources
         jobs.append(d)
     for code, fd in (("fr", "fra"), ("it", "ita"), ("pt", "por"), ("es", "spa"), ("de", "deu")):
         if not wanted(f"en-{code}", f"{code}-en"):
@@ -907,13 +1243,30 @@ def main(argv):
         jobs.append(d)
 
     form_cache = {}
+    frequencies = {}
     for d in jobs:
         pair = f"{d.source}-{d.target}"
         if only is not None and pair not in only:
             continue
-        entries, confidence = rank_direction(d, english_pos)
+        if use_frequencies:
+            if d.target not in frequencies:
+                if d.target not in form_cache:
+                    form_cache[d.target] = analyser_forms(d.target)
+                frequencies[d.target] = load_frequencies(d.target, form_cache[d.target][0])
+            d.zipf = frequencies[d.target]
+            if d.target == "ja" and d.zipf is not None:
+                edict = tables["ja-en"]
+                try:
+                    kana = counts_to_zipf(kana_word_counts(os.path.join(DASHER, DASHER_KANA)), "dasher")
+                except (OSError, UnicodeError, ValueError) as error:
+                    print(f"[dictionaries] No kana text for Japanese ({error}); ranking by spelling alone",
+                          file=sys.stderr, flush=True)
+                    kana = None
+                d.zipf = JapaneseCommonness(d.zipf, edict.spellings.items(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
+        english_lemmas = form_cache["en"][0] if d.source == "en" else None
+        entries, confidence = rank_direction(d, english_pos, english_lemmas)
         forms, lemma_forms = form_cache[d.source]
         if pair == "de-en" and german:
             forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()
@@ -923,6 +1276,12 @@ def main(argv):
         meta = [("direction", pair), ("format", "1")]
         for s in sorted(d.sources):
             meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))
+        if d.zipf is not None:
+            name, licence = FREQUENCY_SOURCES[d.zipf.source]
+            meta.append(("ranking", f"{name}; licence {licence}"))
+            if getattr(d.zipf, "kana", None) is not None:
+                name, licence = FREQUENCY_SOURCES["dasher"]
+                meta.append(("ranking", f"{name}; licence {licence}"))
         write_tdict(os.path.join(out, pair + ".tdict"), entries, meta)
         print(f"[dictionaries] {pair}: {len(entries)} entries", flush=True)
     return 0

@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The dictionary compiler's readers and ranking, on small made-up entries."""
+import io
+import math
 import os
 import sys
 import tempfile
@@ -107,6 +109,155 @@ class Ranking(unittest.TestCase):
         self.assertEqual(entries["fait"][0], ">faire\tv")
         self.assertEqual(entries["maisons"], [">maison\tn"])
         self.assertNotIn("xyz", entries)
+        # A form with a good entry of its own keeps it: "filha" is daughter, not "filho".
+        entries = {"filha": ["n\tdaughter"], "filho": ["n\tson"]}
+        tc.add_lemma_links(entries, {"filha": [("filho", "n")]}, {"filha": 3.0, "filho": 3.8}, lemma_forms=set())
+        self.assertEqual(entries["filha"], ["n\tdaughter"])
+
+
+class Commonness(unittest.TestCase):
+    """Frequencies of the target language and the sources' register labels decide the first word."""
+
+    def frequencies(self, values, floor=1.0):
+        return tc.Frequencies("jieba", values, floor)
+
+    def test_the_common_word_beats_the_literary_one_the_source_lists_first(self):
+        cedict = tc.Table("cedict")
+        cedict.add("晨", tc.Sense("", ["morning", "dawn"], False, 0))
+        cedict.add("上午", tc.Sense("", ["morning"], False, 0))
+        cedict.add("朝", tc.Sense("", ["morning"], False, 0))
+        d = tc.Direction("en", "zh")
+        d.reverse = [cedict]
+        d.zipf = self.frequencies({"晨": 3.9, "上午": 4.7, "朝": 5.4})
+        d.zipf.bound = {"朝", "晨"}  # jieba tags them as a place name and a morpheme
+        entries, _ = tc.rank_direction(d)
+        # A character jieba knows as a name or morpheme does not win on its count.
+        self.assertEqual(entries["morning"][0].split("\t")[1].split("|")[0], "上午")
+
+    def test_labelled_words_never_come_first(self):
+        edict = tc.Table("edict")
+        edict.add("咄す", tc.Sense("v", ["speak"], False, 0, marked=True))
+        edict.add("話す", tc.Sense("v", ["talk", "speak"], False, 1))
+        d = tc.Direction("en", "ja")
+        d.reverse = [edict]
+        d.zipf = self.frequencies({"咄す": 6.0, "話す": 3.0})  # even when the labelled one looks commoner
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["speak"][0].split("\t")[1].split("|")[:2], ["話す", "咄す"])
+        # A word labelled in one sense and plain in another is a plain word.
+        self.assertFalse(tc.Sense("", ["x"], marked=False).marked)
+        self.assertTrue(tc.Sense("", ["x"], marked=True).domain)
+
+    def test_a_translation_through_spanish_is_no_proof_it_translates_back(self):
+        forward = tc.Table("freedict", 0.3)
+        forward.add("morning", tc.Sense("n", ["manhã"], False, 0))
+        pivot = tc.Table("apertium")
+        pivot.pivot = True
+        pivot.add("morning", tc.Sense("n", ["amanhã", "manhã"], False, 1))
+        back_pivot = tc.Table("apertium")
+        back_pivot.pivot = True
+        back_pivot.add("amanhã", tc.Sense("adv", ["morning", "tomorrow"], False, 1))
+        back = tc.Table("freedict", 0.3)
+        back.add("amanhã", tc.Sense("adv", ["tomorrow"], False, 0))
+        back.add("manhã", tc.Sense("n", ["morning"], False, 0))
+        d = tc.Direction("en", "pt")
+        d.direct, d.reverse = [forward, pivot], [back, back_pivot]
+        d.zipf = tc.Frequencies("dasher", {"manhã": 4.9, "amanhã": 5.3}, 3.7)
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["morning"][0], "n\tmanhã")  # "amanhã" stands apart, after it
+        self.assertEqual(entries["morning"][1], "adv\tamanhã")
+
+    def test_register_labels_of_each_source_are_read(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "cedict.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("晨 晨 [chen2] /(literary) morning/\n上午 上午 [shang4 wu3] /morning/\n")
+            table = tc.Table("cedict")
+            tc.read_cedict(path, table)
+            self.assertTrue(table.senses["晨"][0].marked)
+            self.assertFalse(table.senses["上午"][0].marked)
+        saved = tc.dictd_entries
+        try:
+            tc.dictd_entries = fake_dictd(["speak /spiːk/\nsprechen <v>\nreden <v> [geh.]\n"])
+            table = tc.Table("ding")
+            tc.read_freedict("x", True, False, table)
+            self.assertEqual([s.marked for s in table.senses["speak"]], [False, True])
+        finally:
+            tc.dictd_entries = saved
+
+
+class FrequencySources(unittest.TestCase):
+    """Each source read on a small made-up copy; a missing or damaged one leaves the ranking as it
+    was, with a message."""
+
+    def test_jieba_counts_become_zipf_values(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "dict.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("上午 3000 t\n早上 1000 t\n的 50000 uj\n朝 14885 ns\nbroken line\n")
+            zipf = tc.jieba_frequencies(path)
+            self.assertEqual(zipf.bound, {"朝"})
+            self.assertAlmostEqual(zipf.zipf("的") - zipf.zipf("上午"), 1.22, places=2)
+            self.assertLess(zipf.zipf("不在"), zipf.zipf("早上"))
+
+    def test_ipadic_costs_prefer_the_usual_spelling(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            with open(os.path.join(tmp, "Verb.csv"), "w", encoding="euc_jp") as f:
+                f.write("分かる,772,772,5559,動詞,自立\n解る,772,772,7159,動詞,自立\n")
+                for i in range(10000):
+                    f.write(f"語{i},1,1,9000,名詞\n")
+            with open(os.path.join(tmp, "Noun.name.csv"), "w", encoding="euc_jp") as f:
+                f.write("分,1,1,100,名詞\n")  # names never count
+            zipf = tc.ipadic_frequencies(tmp)
+            self.assertGreater(zipf.zipf("分かる"), zipf.zipf("解る") + 1.5)
+            self.assertEqual(zipf.zipf("分"), zipf.floor)
+
+    def test_japanese_prefers_the_usual_spelling_and_the_word_whose_reading_is_common(self):
+        costs = tc.Frequencies("ipadic", {"分かる": 3.9, "解る": 2.3}, 0.5)
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "kana.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("かぜが>ふいた>へは>" * 8000 + "おならを>")
+            kana = tc.counts_to_zipf(tc.kana_word_counts(path), "dasher")
+        readings = {"分かる": {"わかる"}, "解る": {"わかる"}, "風": {"かぜ"}, "屁": {"へ", "おなら"}}
+        ja = tc.JapaneseCommonness(costs, [(("わかる", "understand"), ["分かる", "解る"])], readings, kana)
+        self.assertGreater(ja.zipf("分かる"), ja.zipf("解る") + 1.5)
+        # "へ" is a particle far more often than a word: one-kana readings do not count.
+        self.assertGreater(ja.zipf("風"), ja.zipf("屁") + 2)
+
+    def test_a_text_counts_forms_for_their_lemma(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            with open(os.path.join(tmp, tc.DASHER_TEXTS["ru"]), "w", encoding="utf-8") as f:
+                f.write("книги книгу книга стол " * 6000)
+            zipf = tc.corpus_frequencies("ru", {"книги": [("книга", "n")], "книгу": [("книга", "n")]}, tmp)
+            self.assertAlmostEqual(zipf.zipf("книга") - zipf.zipf("стол"), math.log10(3), places=3)
+            self.assertLess(zipf.zipf("синий стол"), zipf.zipf("стол"))
+
+    def test_missing_or_damaged_sources_give_a_message_and_no_frequencies(self):
+        saved = (tc.JIEBA, tc.DASHER, sys.stderr)
+        with tempfile.TemporaryDirectory() as tmp:
+            damaged = os.path.join(tmp, tc.DASHER_TEXTS["fr"])
+            with open(damaged, "wb") as f:
+                f.write(b"\xff\xfe\x00garbage" * 10)
+            with open(os.path.join(tmp, tc.DASHER_TEXTS["de"]), "w", encoding="utf-8") as f:
+                f.write("zu kurz")
+            try:
+                tc.JIEBA, tc.DASHER = os.path.join(tmp, "absent.txt"), tmp
+                sys.stderr = io.StringIO()
+                for language in ("zh", "fr", "de"):
+                    self.assertIsNone(tc.load_frequencies(language))
+                messages = sys.stderr.getvalue()
+            finally:
+                tc.JIEBA, tc.DASHER, sys.stderr = saved
+        self.assertEqual(messages.count("ranking"), 3, messages)
+        self.assertIn("No word frequencies for zh", messages)
+        # Without frequencies the direction is ranked as before, from the dictionaries' own counts.
+        forward = tc.Table("ding", 0.15)
+        forward.add("dog", tc.Sense("n", ["Klammhaken"], False, 0))
+        forward.add("dog", tc.Sense("n", ["Hund"], False, 1))
+        d = tc.Direction("en", "de")
+        d.direct, d.freq = [forward], {"hund": 40, "klammhaken": 1}
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["dog"][0], "n\tHund|Klammhaken")
 
 
 class GermanCore(unittest.TestCase):

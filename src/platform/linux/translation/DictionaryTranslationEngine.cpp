@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QStandardPaths>
 #include <QTextBoundaryFinder>
 
@@ -262,10 +263,14 @@ QStringList DictionaryTranslationEngine::lemmaCandidates(const QString& word, co
     return candidates;
 }
 
-std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const DictionaryFile& file, const QString& word,
+std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const DictionaryFile& file, const QString& typed,
                                                                    const QString& sourceLanguage)
 {
-    if (word.isEmpty() || word.size() > longestWord)
+    if (typed.isEmpty() || typed.size() > longestWord * 3)
+        return std::nullopt;
+    // Headwords are composed: Korean typed as separate jamo becomes syllables, "é" one letter.
+    const QString word = typed.normalized(QString::NormalizationForm_C);
+    if (word.size() > longestWord)
         return std::nullopt;
     if (const QString irregular = Lemmatizer::irregularLemma(word, sourceLanguage); !irregular.isEmpty()) {
         if (auto found = entryFor(file, irregular, {}, 0)) {
@@ -332,25 +337,101 @@ std::optional<WordTranslation> DictionaryTranslationEngine::lookUp(const Diction
 }
 
 namespace {
-bool isEnglishArticle(const QString& word)
+
+// Words a word-by-word gloss leaves out: articles, the copula and auxiliaries, and grammatical
+// particles. They have no translation of their own a learner could use, and shown word for word
+// ("die Kind sein spielen") they make the gloss read as broken grammar.
+bool isFunctionWord(const QString& word, const QString& language)
 {
-    return word.compare(QLatin1String("the"), Qt::CaseInsensitive) == 0 ||
-           word.compare(QLatin1String("a"), Qt::CaseInsensitive) == 0 ||
-           word.compare(QLatin1String("an"), Qt::CaseInsensitive) == 0;
+    static const QHash<QString, QSet<QString>> words = {
+        {QStringLiteral("en"),
+         {QStringLiteral("the"), QStringLiteral("a"), QStringLiteral("an"), QStringLiteral("am"), QStringLiteral("is"),
+          QStringLiteral("are"), QStringLiteral("was"), QStringLiteral("were"), QStringLiteral("be"),
+          QStringLiteral("been"), QStringLiteral("being"), QStringLiteral("do"), QStringLiteral("does"),
+          QStringLiteral("did")}},
+        {QStringLiteral("de"),
+         {QStringLiteral("der"), QStringLiteral("die"), QStringLiteral("das"), QStringLiteral("den"),
+          QStringLiteral("dem"), QStringLiteral("des"), QStringLiteral("ein"), QStringLiteral("eine"),
+          QStringLiteral("einen"), QStringLiteral("einem"), QStringLiteral("einer"), QStringLiteral("eines"),
+          QStringLiteral("ist"), QStringLiteral("sind"), QStringLiteral("bin"), QStringLiteral("bist"),
+          QStringLiteral("seid"), QStringLiteral("war"), QStringLiteral("waren")}},
+        {QStringLiteral("fr"),
+         {QStringLiteral("le"), QStringLiteral("la"), QStringLiteral("les"), QStringLiteral("l"), QStringLiteral("un"),
+          QStringLiteral("une"), QStringLiteral("des"), QStringLiteral("du")}},
+        {QStringLiteral("it"),
+         {QStringLiteral("il"), QStringLiteral("lo"), QStringLiteral("la"), QStringLiteral("i"), QStringLiteral("gli"),
+          QStringLiteral("le"), QStringLiteral("l"), QStringLiteral("un"), QStringLiteral("uno"),
+          QStringLiteral("una")}},
+        {QStringLiteral("es"),
+         {QStringLiteral("el"), QStringLiteral("la"), QStringLiteral("los"), QStringLiteral("las"),
+          QStringLiteral("un"), QStringLiteral("una"), QStringLiteral("unos"), QStringLiteral("unas")}},
+        {QStringLiteral("pt"),
+         {QStringLiteral("o"), QStringLiteral("a"), QStringLiteral("os"), QStringLiteral("as"), QStringLiteral("um"),
+          QStringLiteral("uma"), QStringLiteral("uns"), QStringLiteral("umas")}},
+        {QStringLiteral("zh"),
+         {QStringLiteral("的"), QStringLiteral("了"), QStringLiteral("着"), QStringLiteral("过"), QStringLiteral("吗"),
+          QStringLiteral("呢"), QStringLiteral("吧"), QStringLiteral("啊"), QStringLiteral("地"),
+          QStringLiteral("得")}},
+    };
+    const auto it = words.constFind(language);
+    return it != words.cend() && it->contains(word.toLower());
 }
+
+bool endsSentence(const QString& text)
+{
+    static const QString marks = QStringLiteral(".!?。！？…");
+    for (const QChar c : text) {
+        if (marks.contains(c))
+            return true;
+    }
+    return false;
+}
+
+// A gloss a learner can read: the content words in their order, each as "translation
+// (original)", joined by " · "; sentence ends are kept, other punctuation and function words go.
+// A word without a translation is shown as it is.
+class LearnerGloss
+{
+public:
+    void word(const QString& original, const QString& translation)
+    {
+        if (!m_text.isEmpty())
+            m_text += m_sentenceEnded ? QStringLiteral(" ") : QStringLiteral(" · ");
+        m_sentenceEnded = false;
+        if (translation.isEmpty() || translation.compare(original, Qt::CaseInsensitive) == 0) {
+            m_text += original;
+        } else {
+            m_text += translation + QStringLiteral(" (") + original + QLatin1Char(')');
+            m_translated = true;
+        }
+    }
+    void punctuation(const QString& text)
+    {
+        if (m_text.isEmpty() || m_sentenceEnded || !endsSentence(text))
+            return;
+        const QString trimmed = text.trimmed();
+        m_text += trimmed.isEmpty() ? QStringLiteral(".") : trimmed.left(1);
+        m_sentenceEnded = true;
+    }
+    QString text() const { return m_translated ? m_text : QString(); }
+
+private:
+    QString m_text;
+    bool m_sentenceEnded = false;
+    bool m_translated = false;
+};
+
 } // namespace
 
 QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, const QString& text,
                                                   const QString& sourceLanguage, const QString& targetLanguage)
 {
-    QString out;
-    bool translatedAny = false;
-    auto glossOf = [&](const QString& word) -> QString {
-        if (auto found = lookUp(file, word, sourceLanguage); found && !found->senses.isEmpty()) {
-            translatedAny = true;
+    Q_UNUSED(targetLanguage)
+    LearnerGloss gloss;
+    auto translationOf = [&](const QString& word) -> QString {
+        if (auto found = lookUp(file, word, sourceLanguage); found && !found->senses.isEmpty())
             return found->senses.first().translations.first();
-        }
-        return word;
+        return {};
     };
 
     if (sourceLanguage == QLatin1String("ja")) {
@@ -358,74 +439,79 @@ QString DictionaryTranslationEngine::glossPassage(const DictionaryFile& file, co
             m_japanese = std::make_unique<JapaneseAnalyzer>();
         for (const auto& token : m_japanese->tokens(text)) {
             // Particles and auxiliaries carry grammar, not words a gloss can show.
-            if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞") ||
-                token.partOfSpeech == QStringLiteral("記号")) {
-                if (token.partOfSpeech == QStringLiteral("記号"))
-                    out += token.surface;
+            if (token.partOfSpeech == QStringLiteral("記号")) {
+                gloss.punctuation(token.surface);
                 continue;
             }
-            if (!out.isEmpty() && !out.endsWith(QLatin1Char(' ')))
-                out += QLatin1Char(' ');
-            const QString gloss = glossOf(token.baseForm);
-            out += gloss == token.baseForm ? token.surface : gloss;
+            // Suffixes (たち) and dependent words (the いる of 遊んでいる) are grammar too.
+            if (token.partOfSpeech == QStringLiteral("助詞") || token.partOfSpeech == QStringLiteral("助動詞") ||
+                token.subclass == QStringLiteral("接尾") || token.subclass == QStringLiteral("非自立") ||
+                !hasLetter(token.surface))
+                continue;
+            QString translation = translationOf(token.baseForm);
+            if (translation.isEmpty())
+                translation = translationOf(token.surface);
+            gloss.word(token.surface, translation);
         }
-        return translatedAny ? out.trimmed() : QString();
+        return gloss.text();
     }
 
     if (writtenWithoutSpaces(sourceLanguage)) {
         // Longest match from each position; characters no headword starts with pass through.
         const QByteArray utf8 = text.toUtf8();
         std::string_view rest(utf8.constData(), std::size_t(utf8.size()));
-        bool lastWasWord = false;
         while (!rest.empty()) {
             std::size_t matched = 0;
             const QChar first = QString::fromUtf8(rest.data(), qsizetype(std::min<std::size_t>(rest.size(), 4))).at(0);
             if (first.isLetter() && file.longestPrefix(rest, &matched)) {
                 const QString word = QString::fromUtf8(rest.data(), qsizetype(matched));
-                if (lastWasWord)
-                    out += QLatin1Char(' ');
-                out += glossOf(word);
-                lastWasWord = true;
+                if (!isFunctionWord(word, sourceLanguage))
+                    gloss.word(word, translationOf(word));
             } else {
                 matched = 1;
                 while (matched < rest.size() && (static_cast<unsigned char>(rest[matched]) & 0xC0) == 0x80)
                     ++matched;
                 const QString ch = QString::fromUtf8(rest.data(), qsizetype(matched));
-                out += ch;
-                lastWasWord = false;
+                if (hasLetter(ch))
+                    gloss.word(ch, {});
+                else
+                    gloss.punctuation(ch);
             }
             rest.remove_prefix(matched);
         }
-        return translatedAny ? out : QString();
+        return gloss.text();
     }
 
-    // Russian, Chinese, Japanese and Korean have no articles: a word-for-word "the" would only
-    // put a stray word (or a wrong one) in front of every noun.
-    const bool dropArticles =
-        sourceLanguage == QLatin1String("en") &&
-        QStringList{QStringLiteral("ru"), QStringLiteral("zh"), QStringLiteral("ja"), QStringLiteral("ko")}.contains(
-            targetLanguage);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
     qsizetype start = 0;
-    bool skipSpace = false;
     while (start < text.size()) {
         qsizetype end = finder.toNextBoundary();
         if (end < 0 || end <= start)
             end = text.size();
         const QString segment = text.mid(start, end - start);
         start = end;
-        if (dropArticles && isEnglishArticle(segment)) {
-            skipSpace = true;
+        if (!hasLetter(segment)) {
+            gloss.punctuation(segment);
             continue;
         }
-        if (skipSpace && segment.trimmed().isEmpty()) {
-            skipSpace = false;
+        // English contractions keep their negation: "don't" is "do" (grammar) and "not".
+        if (sourceLanguage == QLatin1String("en") && segment.size() > 3 &&
+            (segment.endsWith(QLatin1String("n't"), Qt::CaseInsensitive) ||
+             segment.endsWith(QStringLiteral("n\u2019t"), Qt::CaseInsensitive))) {
+            static const QHash<QString, QString> irregular = {{QStringLiteral("ca"), QStringLiteral("can")},
+                                                              {QStringLiteral("wo"), QStringLiteral("will")},
+                                                              {QStringLiteral("sha"), QStringLiteral("shall")}};
+            QString base = segment.chopped(3).toLower();
+            base = irregular.value(base, base);
+            if (!isFunctionWord(base, sourceLanguage))
+                gloss.word(base, translationOf(base));
+            gloss.word(QStringLiteral("not"), translationOf(QStringLiteral("not")));
             continue;
         }
-        skipSpace = false;
-        out += hasLetter(segment) ? glossOf(segment) : segment;
+        if (!isFunctionWord(segment, sourceLanguage))
+            gloss.word(segment, translationOf(segment));
     }
-    return translatedAny ? out.trimmed() : QString();
+    return gloss.text();
 }
 
 } // namespace tolvane

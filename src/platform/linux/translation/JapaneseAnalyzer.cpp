@@ -33,6 +33,7 @@ QList<JapaneseAnalyzer::Token> JapaneseAnalyzer::tokens(const QString& text) con
         token.surface = QString::fromUtf8(node->surface, node->length);
         const QStringList features = QString::fromUtf8(node->feature).split(QLatin1Char(','));
         token.partOfSpeech = features.value(0);
+        token.subclass = features.value(1);
         const QString base = features.value(6);
         token.baseForm = base.isEmpty() || base == QLatin1String("*") ? token.surface : base;
         out.append(token);

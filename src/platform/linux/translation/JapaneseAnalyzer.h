@@ -18,6 +18,7 @@ public:
         QString surface;
         QString baseForm;     // the dictionary form, or the surface when MeCab has none
         QString partOfSpeech; // IPAdic's first column: 名詞, 動詞, 助詞, …
+        QString subclass;     // its second: 自立, 非自立 (いる of 遊んでいる), 接尾 (たち), …
     };
 
     JapaneseAnalyzer();

@@ -372,8 +372,13 @@ QStringList Lemmatizer::korean(const QString& w)
          {"에서는", "에게서", "으로는", "에서", "에게", "으로", "까지", "부터", "처럼", "보다", "하고", "은", "는",
           "이",     "가",     "을",     "를",   "에",   "의",   "도",   "와",   "과",   "로",   "만",   "들"}) {
         const QString p = QString::fromUtf8(particle);
-        if (w.size() > p.size() && w.endsWith(p))
-            out.append(w.left(w.size() - p.size()));
+        if (w.size() > p.size() && w.endsWith(p)) {
+            const QString noun = w.left(w.size() - p.size());
+            out.append(noun);
+            // The plural 들 comes before the particle: 아이들이 -> 아이
+            if (noun.size() > 1 && noun.endsWith(QStringLiteral("들")))
+                out.append(noun.chopped(1));
+        }
     }
     // Verb and adjective endings back to the stem, step by step: endings come off, the past
     // tense's ㅆ comes out of its syllable, and contracted vowels open up again (봐 -> 보,
@@ -408,6 +413,14 @@ QStringList Lemmatizer::korean(const QString& w)
             auto syllable = [&](int v, int f) { return QChar(char16_t(hangulBase + (initial * 21 + v) * 28 + f)); };
             if (coda == 17) // ㅂ of ㅂ니다 folded into the stem's last syllable
                 offer(head + syllable(vowel, 0));
+            if (coda == 4) { // ㄴ of the adjective before a noun: 큰, 빈, 조용한, and 긴 from 길다
+                offer(head + syllable(vowel, 0));
+                offer(head + syllable(vowel, 8));
+            }
+            // -운 of a ㅂ-adjective: 뜨거운 -> 뜨겁, 쉬운 -> 쉽
+            if (initial == 11 && vowel == 13 && coda == 4 && !head.isEmpty() && isHangulSyllable(head.back()) &&
+                (head.back().unicode() - hangulBase) % 28 == 0)
+                offer(head.left(head.size() - 1) + QChar(char16_t(head.back().unicode() + 17)));
             if (coda == 20) // ㅆ: the past tense
                 offer(head + syllable(vowel, 0));
             if (coda == 0) {
