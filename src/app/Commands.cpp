@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/CaptureCheckCommand.h"
 #include "app/CommandLine.h"
 #include "app/LanguageCommands.h"
 #include "app/TranslateCommand.h"
@@ -16,6 +17,9 @@ const QList<Subcommand>& subcommands()
          runPosCommand},
         {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
          "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
+        {"capture-check", "[--at X Y] [--delay SECONDS] [--select] [--find WORD] [--brief]",
+         "Point at a word within 3 seconds: print which way it was read and what the accessibility bus answered.",
+         runCaptureCheckCommand},
     };
     return table;
 }

@@ -188,6 +188,7 @@ public:
         Value value = call(&error);
         const qint64 elapsed = timer.elapsed();
         m_waitedMs += elapsed;
+        ++m_calls;
         if (elapsed >= timedOutCallMs) {
             m_broken = true;
             m_unresponsive->mark(m_pid);
@@ -211,7 +212,7 @@ public:
     void note(const QString& line) const
     {
         if (m_notes)
-            m_notes->steps.append(line);
+            m_notes->steps.append(QStringLiteral("%1 (%2 ms waited, %3 calls)").arg(line).arg(m_waitedMs).arg(m_calls));
     }
     AccessibilityNotes* notes() const { return m_notes.get(); }
 
@@ -222,6 +223,7 @@ private:
     Toolkit m_toolkit;
     bool m_broken = false;
     qint64 m_waitedMs = 0;
+    int m_calls = 0;
     QPoint m_origin;
     double m_scale = 1.0;
 };
@@ -813,11 +815,12 @@ WindowAtPoint windowAt(Conversation& c, AtspiAccessible* application, QPoint dev
 
 GObjectPtr<AtspiAccessible> focusedWithin(Conversation& c, AtspiAccessible* window)
 {
-    // GTK 3 answers one collection query; Qt and GTK 4 have no collections, so walk the shown
-    // part of the tree, breadth first and bounded.
+    // GTK 3 answers one collection query; Qt and GTK 4 have no working collections (Qt 5 offers
+    // one and takes a fifth of a second to refuse), so walk the shown part of the tree, breadth
+    // first and bounded.
     if (GObjectPtr<AtspiCollection> collection(
             c.ask([&](GError**) { return atspi_accessible_get_collection_iface(window); }));
-        collection && !c.toolkit().speaksWindowCoordinates()) {
+        collection && !c.toolkit().speaksWindowCoordinates() && !c.toolkit().isQt()) {
         GObjectPtr<AtspiStateSet> focused(atspi_state_set_new(nullptr));
         atspi_state_set_add(focused.get(), ATSPI_STATE_FOCUSED);
         GObjectPtr<AtspiMatchRule> rule(

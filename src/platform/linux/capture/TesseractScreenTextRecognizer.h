@@ -32,6 +32,10 @@ public:
     Result<RecognizedText> recognizeImage(const QImage& image, QRectF stripInPoints, double scale,
                                           const QStringList& languages);
 
+    // Every word of a whole image (a window, say), with its box in the image's pixels, top-left
+    // origin. Slow: seconds for a window.
+    Result<QList<RecognizedWord>> readWords(const QImage& image, const QStringList& languages);
+
     // Tesseract's names for the locales it has data for ("ru-RU" → "rus"), the main one first.
     static QStringList engineLanguages(const QStringList& locales);
 
