@@ -37,7 +37,8 @@ constexpr int callTimeoutMs = 150;
 // takes up to 150 ms over its first question and is not frozen for it.
 constexpr qint64 timedOutCallMs = 250;
 // Time spent waiting on one application for one question, after which no further call is made.
-constexpr qint64 conversationBudgetMs = 250;
+// LibreOffice answers its first few calls from a new client in about 150 ms each.
+constexpr qint64 conversationBudgetMs = 400;
 constexpr int unresponsivePauseMs = 5000;
 constexpr int maximumDrillDepth = 32;
 constexpr int maximumParentClimb = 3;
@@ -479,7 +480,12 @@ public:
         Conversation& c = *m_conversation;
         if (name == QLatin1String("AXValue")) {
             const TextExcerpt* excerpt = readExcerpt(std::nullopt);
-            return excerpt ? std::optional<QString>(excerpt->text) : std::nullopt;
+            if (!excerpt)
+                return std::nullopt;
+            // Object characters stand for text kept elsewhere; they are no part of any word here.
+            QString text = excerpt->text;
+            text.replace(QChar(objectReplacement), QLatin1Char(' '));
+            return text;
         }
         bool ok = false;
         GFreePtr<gchar> value;
@@ -527,8 +533,10 @@ public:
             const QString character = characters.mid(index, index + 1);
             if (character == QString(QChar(objectReplacement))) {
                 c.note(QStringLiteral("offset %1 holds an object character; reading the object").arg(offset.value()));
+                // An object whose text cannot be reached: the toolkit has text here but cannot
+                // say which, and the screen may.
                 if (!enterObjectAt(offset.value(), point))
-                    return std::optional<TextRange>();
+                    return Error{QStringLiteral("The text under the point is kept in an object that cannot be read.")};
                 continue;
             }
             c.note(QStringLiteral("offset %1: «%2»").arg(offset.value()).arg(character));
@@ -602,11 +610,7 @@ private:
         if (!text)
             return nullptr;
         m_excerpt = readText(*m_conversation, text, around);
-        if (!m_excerpt)
-            return nullptr;
-        // Object characters stand for text kept elsewhere; they are no part of any word here.
-        m_excerpt->text.replace(QChar(objectReplacement), QLatin1Char(' '));
-        return &*m_excerpt;
+        return m_excerpt ? &*m_excerpt : nullptr;
     }
 
     Result<gint> offsetAt(AtspiText* text, QPoint point) const
@@ -653,10 +657,13 @@ private:
             }
         }
         if (!next) {
-            GObjectPtr<AtspiAccessible> at = accessibleAt(c, m_object.get(), point);
-            if (at && at.get() != m_object.get())
-                next = deepestAt(c, std::move(at), point);
+            next = accessibleAt(c, m_object.get(), point);
+            if (next && next.get() == m_object.get())
+                next.reset();
         }
+        // The object may hold the text further down (a browser window's document inside it).
+        if (next)
+            next = deepestAt(c, std::move(next), point);
         if (!next || next.get() == m_object.get() || !textInterface(c, next.get()))
             return false;
         c.note(QStringLiteral("inside the object: %1").arg(describe(c, next.get())));
