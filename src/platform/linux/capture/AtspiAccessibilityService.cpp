@@ -500,8 +500,13 @@ public:
 
     Result<std::optional<TextRange>> rangeForPosition(QPointF screenPoint) const override
     {
+        return rangeAt(m_conversation->toApplication(toDevicePixels(screenPoint)));
+    }
+
+    // point: in the application's coordinates.
+    Result<std::optional<TextRange>> rangeAt(QPoint point) const
+    {
         Conversation& c = *m_conversation;
-        const QPoint point = c.toApplication(toDevicePixels(screenPoint));
         if (!c.toolkit().placesPoints()) {
             c.note(QStringLiteral("%1 cannot say which character is under a point").arg(c.toolkit().name));
             return Error{QStringLiteral("The application cannot say which character lies under a point.")};
@@ -1005,11 +1010,23 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtDevice(QPoint device)
     GObjectPtr<AtspiAccessible> element = deepestAt(c, std::move(window.window), c.toApplication(device));
     if (!element || c.broken())
         return nullptr;
-    if (!textInterface(c, element.get()) && isContainer(roleOf(c, element.get()))) {
+    const AtspiRole role = roleOf(c, element.get());
+    if (!textInterface(c, element.get()) && isContainer(role)) {
         c.note(QStringLiteral("%1 holds no text").arg(describe(c, element.get())));
         return nullptr;
     }
-    return std::make_shared<AtspiElement>(std::move(element), std::move(conversation));
+    auto found = std::make_shared<AtspiElement>(std::move(element), std::move(conversation));
+    // A window's own text is its title, or object characters for what it holds: unless they lead
+    // to a character under the point (Firefox before it has built its tree), the point is on no
+    // text the window can give (Chromium without its accessibility switched on).
+    if (role == ATSPI_ROLE_FRAME || role == ATSPI_ROLE_WINDOW) {
+        const Result<std::optional<TextRange>> range = found->rangeAt(c.toApplication(device));
+        if (!range || !range.value()) {
+            c.note(QStringLiteral("the window itself has no text at the point"));
+            return nullptr;
+        }
+    }
+    return found;
 }
 
 AccessibleElementPtr AtspiAccessibilityService::focusedElement()
