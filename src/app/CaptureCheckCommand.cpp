@@ -167,26 +167,14 @@ Found lookUp(AtspiAccessibilityService& service, QPointF point, const QString& t
     return found;
 }
 
-// Where a word is seen in the active window, in root pixels: the centre of its box.
+// Where a word is seen in the active window, in root pixels.
 std::optional<QPoint> findWord(const QString& word, const QString& target)
 {
     const std::optional<x11::ClientWindow> window = x11::activeClientWindow();
     if (!window)
         return std::nullopt;
-    const QImage image = x11::grabRoot(window->rect);
-    if (image.isNull())
-        return std::nullopt;
     TesseractScreenTextRecognizer recognizer;
-    // Small interface text reads better larger.
-    const QImage larger = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    const Result<QList<RecognizedWord>> words = recognizer.readWords(larger, recognitionLanguages(target));
-    if (!words)
-        return std::nullopt;
-    for (const RecognizedWord& seen : words.value()) {
-        if (textrules::trimmedPunctuation(seen.text).compare(word, Qt::CaseInsensitive) == 0)
-            return window->rect.topLeft() + (seen.box.center() / 2).toPoint();
-    }
-    return std::nullopt;
+    return recognizer.locateWord(window->rect, word, recognitionLanguages(target));
 }
 
 QString oneLine(QString text)

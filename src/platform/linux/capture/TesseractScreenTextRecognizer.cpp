@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 
+#include "core/capture/GraphemeText.h"
 #include "core/support/Logging.h"
 #include "platform/linux/ScreenCoordinates.h"
 #include "platform/linux/X11Window.h"
@@ -290,6 +291,38 @@ Result<QList<RecognizedWord>> TesseractScreenTextRecognizer::readWords(const QIm
                                                                        const QStringList& languages)
 {
     return m_engine->words(image, languages);
+}
+
+std::optional<QPoint> TesseractScreenTextRecognizer::locateWord(const QRect& rootRect, const QString& word,
+                                                                const QStringList& languages)
+{
+    const QImage image = x11::grabRoot(rootRect);
+    if (image.isNull())
+        return std::nullopt;
+    // Interface text is small for Tesseract: it reads it twice as large much better.
+    QImage larger = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                        .convertToFormat(QImage::Format_RGB32);
+    for (int pass = 0; pass < 2; ++pass) {
+        if (pass == 1) {
+            // Spelling underlines and other coloured marks hide whole lines from the layout
+            // analysis; on the brightest channel they turn white while dark text stays dark.
+            for (int y = 0; y < larger.height(); ++y) {
+                auto* row = reinterpret_cast<QRgb*>(larger.scanLine(y));
+                for (int x = 0; x < larger.width(); ++x) {
+                    const int v = std::max({qRed(row[x]), qGreen(row[x]), qBlue(row[x])});
+                    row[x] = qRgb(v, v, v);
+                }
+            }
+        }
+        const Result<QList<RecognizedWord>> words = readWords(larger, languages);
+        if (!words)
+            return std::nullopt;
+        for (const RecognizedWord& seen : words.value()) {
+            if (textrules::trimmedPunctuation(seen.text).compare(word, Qt::CaseInsensitive) == 0)
+                return rootRect.topLeft() + (seen.box.center() / 2).toPoint();
+        }
+    }
+    return std::nullopt;
 }
 
 void TesseractScreenTextRecognizer::recognizeStrip(QRectF stripInPoints, QStringList languages, Completion completion)

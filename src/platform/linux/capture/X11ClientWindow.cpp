@@ -116,6 +116,14 @@ std::optional<ClientWindow> clientWindowAt(int rootX, int rootY)
     return describe(c, root, client.value_or(under));
 }
 
+std::optional<ClientWindow> clientWindow(quint32 window)
+{
+    xcb_connection_t* c = anyConnection();
+    if (!c || window == XCB_WINDOW_NONE)
+        return std::nullopt;
+    return describe(c, rootWindow(c), window);
+}
+
 std::optional<ClientWindow> activeClientWindow()
 {
     xcb_connection_t* c = anyConnection();

@@ -27,6 +27,8 @@ struct ClientWindow
 
 // The application window of the top-level window under a root-window point in device pixels.
 std::optional<ClientWindow> clientWindowAt(int rootX, int rootY);
+// What the X server says about one application window.
+std::optional<ClientWindow> clientWindow(quint32 window);
 // The window the window manager calls active (_NET_ACTIVE_WINDOW).
 std::optional<ClientWindow> activeClientWindow();
 // The primary selection, only when the application that made client also owns the selection (a
