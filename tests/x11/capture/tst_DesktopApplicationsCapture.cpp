@@ -241,7 +241,8 @@ private Q_SLOTS:
             QSKIP("The GTK test window was not built");
         CaptureTestWindow gtk;
         QVERIFY(gtk.start(gtkTextWindow, {mode}));
-        QTRY_COMPARE_WITH_TIMEOUT(read(gtk.point(pointName)).describe(), expected, 10000);
+        // Ten megabytes keep GTK busy laying the text out for a while; it answers once done.
+        QTRY_COMPARE_WITH_TIMEOUT(read(gtk.point(pointName)).describe(), expected, 30000);
     }
 };
 

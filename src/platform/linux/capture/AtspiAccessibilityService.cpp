@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <unordered_map>
 
 TOLVANE_DEFINE_LOG(lcAccessibility, "AccessibilityService")
 
@@ -36,6 +37,8 @@ constexpr int callTimeoutMs = 150;
 // A call this long ran into the timeout. A shorter one answered, however slowly: LibreOffice
 // takes up to 150 ms over its first question and is not frozen for it.
 constexpr qint64 timedOutCallMs = 250;
+// A call that failed after this long ran into the timeout.
+constexpr qint64 slowCallMs = 130;
 // Time spent waiting on one application for one question, after which no further call is made.
 // LibreOffice answers its first few calls from a new client in about 150 ms each.
 constexpr qint64 conversationBudgetMs = 400;
@@ -135,6 +138,54 @@ struct Toolkit
     bool placesPoints() const { return !(isQt() && major == 5); }
 };
 
+} // namespace
+
+// What does not change while an application runs: its toolkit, and which of its accessible
+// windows an X window is. Asking again on every look-up would cost a third of its calls.
+class ApplicationMemory
+{
+public:
+    std::optional<Toolkit> toolkit(const QByteArray& busName) const
+    {
+        auto it = m_toolkits.constFind(busName);
+        return it == m_toolkits.cend() ? std::nullopt : std::optional<Toolkit>(*it);
+    }
+    void rememberToolkit(const QByteArray& busName, const Toolkit& toolkit)
+    {
+        if (m_toolkits.size() > maximumRemembered)
+            m_toolkits.clear();
+        m_toolkits.insert(busName, toolkit);
+    }
+    // The accessible window of an X window, and its scale; null when not known.
+    AtspiAccessible* window(quint32 xWindow, double* scale) const
+    {
+        auto it = m_windows.find(xWindow);
+        if (it == m_windows.end())
+            return nullptr;
+        *scale = it->second.scale;
+        return it->second.frame.get();
+    }
+    void rememberWindow(quint32 xWindow, AtspiAccessible* frame, double scale)
+    {
+        if (m_windows.size() > size_t(maximumRemembered))
+            m_windows.clear();
+        m_windows[xWindow] = {ref(frame), scale};
+    }
+    void forgetWindow(quint32 xWindow) { m_windows.erase(xWindow); }
+
+private:
+    static constexpr int maximumRemembered = 64;
+    struct KnownWindow
+    {
+        GObjectPtr<AtspiAccessible> frame;
+        double scale = 1.0;
+    };
+    QHash<QByteArray, Toolkit> m_toolkits;
+    std::unordered_map<quint32, KnownWindow> m_windows;
+};
+
+namespace {
+
 // The calls made to one application for one question. The first call that runs into the timeout
 // ends the conversation, so a frozen application costs one timeout, not one per call.
 class Conversation
@@ -198,6 +249,12 @@ public:
             note(QStringLiteral("no answer within %1 ms: the application counts as not responding for %2 s")
                      .arg(elapsed)
                      .arg(unresponsivePauseMs / 1000));
+        }
+        // A call that ran into the timeout, however soon libatspi gave up on it, ends the
+        // conversation: the answer is still being worked out, and the next look-up will have it.
+        if (error && elapsed >= slowCallMs && !m_broken) {
+            m_broken = true;
+            note(QStringLiteral("no answer within %1 ms: no further questions this time").arg(elapsed));
         }
         if (ok)
             *ok = error == nullptr && !m_broken;
@@ -922,7 +979,8 @@ struct ApplicationConversation
 // that knows the application's toolkit.
 std::optional<ApplicationConversation> talkTo(const std::optional<x11::ClientWindow>& client,
                                               const std::shared_ptr<UnresponsiveApplications>& unresponsive,
-                                              const std::shared_ptr<AccessibilityNotes>& notes)
+                                              const std::shared_ptr<AccessibilityNotes>& notes,
+                                              ApplicationMemory& memory)
 {
     auto note = [&](const QString& line) {
         if (notes)
@@ -955,7 +1013,17 @@ std::optional<ApplicationConversation> talkTo(const std::optional<x11::ClientWin
         return std::nullopt;
     }
     auto conversation = std::make_shared<Conversation>(*client->pid, unresponsive, notes);
-    conversation->setToolkit(toolkitOf(*conversation, application.get()));
+    const QByteArray busName(application->parent.app ? application->parent.app->bus_name : nullptr);
+    if (const std::optional<Toolkit> known = memory.toolkit(busName); known && !busName.isEmpty()) {
+        conversation->setToolkit(*known);
+        if (notes)
+            notes->toolkit = QStringLiteral("%1 %2").arg(known->name).arg(known->major);
+    } else {
+        const Toolkit toolkit = toolkitOf(*conversation, application.get());
+        conversation->setToolkit(toolkit);
+        if (!conversation->broken() && !toolkit.name.isEmpty())
+            memory.rememberToolkit(busName, toolkit);
+    }
     if (notes) {
         notes->onBus = true;
         notes->placesPoints = conversation->toolkit().placesPoints();
@@ -969,6 +1037,7 @@ std::optional<ApplicationConversation> talkTo(const std::optional<x11::ClientWin
 
 AtspiAccessibilityService::AtspiAccessibilityService()
     : m_unresponsive(std::make_shared<UnresponsiveApplications>())
+    , m_memory(std::make_unique<ApplicationMemory>())
 {
     // The default timeout is 25 s; a frozen application must not freeze Tolvane with it.
     atspi_set_timeout(callTimeoutMs, 0);
@@ -997,19 +1066,37 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtPoint(QPointF screenPoi
 AccessibleElementPtr AtspiAccessibilityService::elementAtDevice(QPoint device)
 {
     const std::optional<x11::ClientWindow> client = x11::clientWindowAt(device.x(), device.y());
-    std::optional<ApplicationConversation> talk = talkTo(client, m_unresponsive, m_keepNotes ? m_notes : nullptr);
+    std::optional<ApplicationConversation> talk =
+        talkTo(client, m_unresponsive, m_keepNotes ? m_notes : nullptr, *m_memory);
     if (!talk)
         return nullptr;
     std::shared_ptr<Conversation>& conversation = talk->conversation;
     Conversation& c = *conversation;
-    WindowAtPoint window = windowAt(c, talk->application.get(), device, client);
-    if (!window.window || c.broken()) {
-        c.note(QStringLiteral("none of the application's windows is at the point"));
+    // GTK 4 windows are found afresh every time: where its coordinates start moves with the
+    // window's decorations (they go when it is maximised).
+    double knownScale = 1.0;
+    AtspiAccessible* known =
+        c.toolkit().speaksWindowCoordinates() ? nullptr : m_memory->window(client->window, &knownScale);
+    GObjectPtr<AtspiAccessible> start;
+    if (known) {
+        c.setFrame(QPoint(), knownScale);
+        start = ref(known);
+        c.note(QStringLiteral("window, known from before: %1").arg(describe(c, known)));
+    } else {
+        WindowAtPoint window = windowAt(c, talk->application.get(), device, client);
+        if (!window.window || c.broken()) {
+            c.note(QStringLiteral("none of the application's windows is at the point"));
+            return nullptr;
+        }
+        m_memory->rememberWindow(client->window, window.window.get(), window.scale);
+        start = std::move(window.window);
+    }
+    GObjectPtr<AtspiAccessible> element = deepestAt(c, std::move(start), c.toApplication(device));
+    if (!element || c.broken()) {
+        // A window that has gone (or never answered) is looked for again next time.
+        m_memory->forgetWindow(client->window);
         return nullptr;
     }
-    GObjectPtr<AtspiAccessible> element = deepestAt(c, std::move(window.window), c.toApplication(device));
-    if (!element || c.broken())
-        return nullptr;
     const AtspiRole role = roleOf(c, element.get());
     if (!textInterface(c, element.get()) && isContainer(role)) {
         c.note(QStringLiteral("%1 holds no text").arg(describe(c, element.get())));
@@ -1036,7 +1123,8 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
     if (!m_connected)
         return nullptr;
     const std::optional<x11::ClientWindow> client = x11::activeClientWindow();
-    if (std::optional<ApplicationConversation> talk = talkTo(client, m_unresponsive, m_keepNotes ? m_notes : nullptr)) {
+    if (std::optional<ApplicationConversation> talk =
+            talkTo(client, m_unresponsive, m_keepNotes ? m_notes : nullptr, *m_memory)) {
         std::shared_ptr<Conversation>& conversation = talk->conversation;
         Conversation& c = *conversation;
         AtspiAccessible* application = talk->application.get();

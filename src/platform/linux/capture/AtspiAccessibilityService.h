@@ -12,6 +12,7 @@
 namespace tolvane {
 
 class UnresponsiveApplications;
+class ApplicationMemory;
 
 // What the last question to the bus met on its way, for telling a user why a word was not read.
 struct AccessibilityNotes
@@ -63,6 +64,7 @@ private:
     bool m_connected = false;
     bool m_keepNotes = false;
     std::shared_ptr<UnresponsiveApplications> m_unresponsive;
+    std::unique_ptr<ApplicationMemory> m_memory;
     std::shared_ptr<AccessibilityNotes> m_notes;
 };
 
