@@ -194,6 +194,7 @@ int runCaptureCheckCommand(const QStringList& arguments)
     double delaySeconds = 3;
     bool select = false;
     bool brief = false;
+    int repeat = 1;
     QString find;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString& a = arguments.at(i);
@@ -205,6 +206,9 @@ int runCaptureCheckCommand(const QStringList& arguments)
             delaySeconds = arguments.at(++i).toDouble(&ok);
         } else if (a == QLatin1String("--find") && i + 1 < arguments.size()) {
             find = arguments.at(++i);
+        } else if (a == QLatin1String("--repeat") && i + 1 < arguments.size()) {
+            repeat = arguments.at(++i).toInt(&ok);
+            ok = ok && repeat >= 1 && repeat <= 1000;
         } else if (a == QLatin1String("--select")) {
             select = true;
         } else if (a == QLatin1String("--brief")) {
@@ -249,8 +253,15 @@ int runCaptureCheckCommand(const QStringList& arguments)
     AtspiAccessibilityService service;
     service.setKeepingNotes(true);
     const bool trusted = service.isConnected() && service.isTrusted();
-    const Found found = lookUp(service, point, target);
-    const AccessibilityNotes notes = service.lastNotes();
+    // The first look-up meets a cold bus; the running application asks again and again.
+    Found found = lookUp(service, point, target);
+    AccessibilityNotes notes = service.lastNotes();
+    QList<Found> earlier;
+    for (int i = 1; i < repeat; ++i) {
+        earlier.append(found);
+        found = lookUp(service, point, target);
+        notes = service.lastNotes();
+    }
     const QString hint = hintFor(notes, trusted, found.tier.startsWith(QLatin1String("accessibility")));
 
     std::optional<QString> selection;
@@ -261,6 +272,10 @@ int runCaptureCheckCommand(const QStringList& arguments)
     }
 
     if (brief) {
+        for (const Found& before : std::as_const(earlier))
+            out << before.tier << '\t' << oneLine(before.word) << '\t'
+                << QString::number(before.accessibilityMs, 'f', 1) << '\t' << QString::number(before.ocrMs, 'f', 0)
+                << '\n';
         out << found.tier << '\t' << oneLine(found.word) << '\t' << QString::number(found.accessibilityMs, 'f', 1)
             << '\t' << QString::number(found.ocrMs, 'f', 0);
         if (select)

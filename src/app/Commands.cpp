@@ -17,7 +17,7 @@ const QList<Subcommand>& subcommands()
          runPosCommand},
         {"translate", "[--from CODE] [--to CODE] [--json] TEXT…",
          "Print the translation a card would show (target language from the preferences).", runTranslateCommand},
-        {"capture-check", "[--at X Y] [--delay SECONDS] [--select] [--find WORD] [--brief]",
+        {"capture-check", "[--at X Y] [--delay SECONDS] [--select] [--find WORD] [--brief] [--repeat N]",
          "Point at a word within 3 seconds: print which way it was read and what the accessibility bus answered.",
          runCaptureCheckCommand},
     };

@@ -1139,6 +1139,16 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
             GObjectPtr<AtspiAccessible> focused = focusedWithin(c, active.get());
             if (focused && textInterface(c, focused.get())) {
                 c.note(QStringLiteral("focused text: %1").arg(describe(c, focused.get())));
+                // A browser's focused document selects nothing itself; the paragraph inside it
+                // holds the selection. Only what is inside the focused object counts.
+                if (const std::optional<QString> own = AtspiElement::selectionOf(c, focused.get());
+                    own && own->isEmpty() && childCount(c, focused.get()) > 0) {
+                    if (GObjectPtr<AtspiAccessible> inside = textWithSelectionBelow(c, focused.get())) {
+                        c.note(
+                            QStringLiteral("inside it, text holding a selection: %1").arg(describe(c, inside.get())));
+                        return std::make_shared<AtspiElement>(std::move(inside), conversation);
+                    }
+                }
                 return std::make_shared<AtspiElement>(std::move(focused), conversation);
             }
             if (focused)

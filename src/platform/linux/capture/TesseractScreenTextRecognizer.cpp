@@ -317,9 +317,10 @@ std::optional<QPoint> TesseractScreenTextRecognizer::locateWord(const QRect& roo
         const Result<QList<RecognizedWord>> words = readWords(larger, languages);
         if (!words)
             return std::nullopt;
-        for (const RecognizedWord& seen : words.value()) {
-            if (textrules::trimmedPunctuation(seen.text).compare(word, Qt::CaseInsensitive) == 0)
-                return rootRect.topLeft() + (seen.box.center() / 2).toPoint();
+        // The last one seen: a document's text comes below the title and tab that may name it.
+        for (auto it = words.value().crbegin(); it != words.value().crend(); ++it) {
+            if (textrules::trimmedPunctuation(it->text).compare(word, Qt::CaseInsensitive) == 0)
+                return rootRect.topLeft() + (it->box.center() / 2).toPoint();
         }
     }
     return std::nullopt;

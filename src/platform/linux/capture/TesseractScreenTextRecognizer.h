@@ -37,7 +37,7 @@ public:
     // origin. Slow: seconds for a window.
     Result<QList<RecognizedWord>> readWords(const QImage& image, const QStringList& languages);
 
-    // Where a word is seen in a part of the screen (root device pixels): the centre of the first
+    // Where a word is seen in a part of the screen (root device pixels): the centre of the last
     // recognised word that equals it, ignoring case and surrounding punctuation.
     std::optional<QPoint> locateWord(const QRect& rootRect, const QString& word, const QStringList& languages);
 
