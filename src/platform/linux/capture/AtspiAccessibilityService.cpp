@@ -1178,7 +1178,8 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
             }
         }
     }
-    if (client) {
+    // A frozen application cannot hand its selection over either; asking would only add its wait.
+    if (client && !(client->pid && m_unresponsive->contains(*client->pid))) {
         if (std::optional<QString> primary = x11::primarySelectionOwnedBy(client->window, primarySelectionTimeoutMs);
             primary && !primary->isEmpty()) {
             if (notes)
