@@ -17,3 +17,7 @@ foreach(capture_test IN ITEMS tst_AtspiCapture tst_TesseractCapture tst_DesktopA
         add_dependencies(${capture_test} ${capture_window_targets})
     endif()
 endforeach()
+# Desktop applications take seconds each to start and draw, more on a busy machine.
+if(TARGET tst_DesktopApplicationsCapture)
+    set_tests_properties(tst_DesktopApplicationsCapture PROPERTIES TIMEOUT 900)
+endif()

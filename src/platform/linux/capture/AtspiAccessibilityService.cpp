@@ -156,20 +156,22 @@ public:
             m_toolkits.clear();
         m_toolkits.insert(busName, toolkit);
     }
-    // The accessible window of an X window, and its scale; null when not known.
-    AtspiAccessible* window(quint32 xWindow, double* scale) const
+    // The accessible window of an X window of the application on busName, and its scale; null
+    // when not known. The X server hands a quitting client's window ids to the next client, so
+    // the application has to be the same one too (bus names are never given out twice).
+    AtspiAccessible* window(quint32 xWindow, const QByteArray& busName, double* scale) const
     {
         auto it = m_windows.find(xWindow);
-        if (it == m_windows.end())
+        if (it == m_windows.end() || it->second.busName != busName || busName.isEmpty())
             return nullptr;
         *scale = it->second.scale;
         return it->second.frame.get();
     }
-    void rememberWindow(quint32 xWindow, AtspiAccessible* frame, double scale)
+    void rememberWindow(quint32 xWindow, const QByteArray& busName, AtspiAccessible* frame, double scale)
     {
         if (m_windows.size() > size_t(maximumRemembered))
             m_windows.clear();
-        m_windows[xWindow] = {ref(frame), scale};
+        m_windows[xWindow] = {ref(frame), busName, scale};
     }
     void forgetWindow(quint32 xWindow) { m_windows.erase(xWindow); }
 
@@ -178,6 +180,7 @@ private:
     struct KnownWindow
     {
         GObjectPtr<AtspiAccessible> frame;
+        QByteArray busName;
         double scale = 1.0;
     };
     QHash<QByteArray, Toolkit> m_toolkits;
@@ -800,6 +803,12 @@ GObjectPtr<AtspiAccessible> applicationOf(qint64 pid)
     return nullptr;
 }
 
+// The application's unique name on the accessibility bus; known locally.
+QByteArray busNameOf(AtspiAccessible* application)
+{
+    return QByteArray(application->parent.app ? application->parent.app->bus_name : nullptr);
+}
+
 Toolkit toolkitOf(Conversation& c, AtspiAccessible* application)
 {
     Toolkit toolkit;
@@ -1013,7 +1022,7 @@ std::optional<ApplicationConversation> talkTo(const std::optional<x11::ClientWin
         return std::nullopt;
     }
     auto conversation = std::make_shared<Conversation>(*client->pid, unresponsive, notes);
-    const QByteArray busName(application->parent.app ? application->parent.app->bus_name : nullptr);
+    const QByteArray busName = busNameOf(application.get());
     if (const std::optional<Toolkit> known = memory.toolkit(busName); known && !busName.isEmpty()) {
         conversation->setToolkit(*known);
         if (notes)
@@ -1075,8 +1084,9 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtDevice(QPoint device)
     // GTK 4 windows are found afresh every time: where its coordinates start moves with the
     // window's decorations (they go when it is maximised).
     double knownScale = 1.0;
+    const QByteArray busName = busNameOf(talk->application.get());
     AtspiAccessible* known =
-        c.toolkit().speaksWindowCoordinates() ? nullptr : m_memory->window(client->window, &knownScale);
+        c.toolkit().speaksWindowCoordinates() ? nullptr : m_memory->window(client->window, busName, &knownScale);
     GObjectPtr<AtspiAccessible> start;
     if (known) {
         c.setFrame(QPoint(), knownScale);
@@ -1088,7 +1098,7 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtDevice(QPoint device)
             c.note(QStringLiteral("none of the application's windows is at the point"));
             return nullptr;
         }
-        m_memory->rememberWindow(client->window, window.window.get(), window.scale);
+        m_memory->rememberWindow(client->window, busName, window.window.get(), window.scale);
         start = std::move(window.window);
     }
     GObjectPtr<AtspiAccessible> element = deepestAt(c, std::move(start), c.toApplication(device));
@@ -1100,6 +1110,8 @@ AccessibleElementPtr AtspiAccessibilityService::elementAtDevice(QPoint device)
     const AtspiRole role = roleOf(c, element.get());
     if (!textInterface(c, element.get()) && isContainer(role)) {
         c.note(QStringLiteral("%1 holds no text").arg(describe(c, element.get())));
+        if (known)
+            m_memory->forgetWindow(client->window);
         return nullptr;
     }
     auto found = std::make_shared<AtspiElement>(std::move(element), std::move(conversation));
