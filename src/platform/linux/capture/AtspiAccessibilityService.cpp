@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QStandardPaths>
 
 #include <atspi/atspi.h>
@@ -1135,10 +1136,14 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
     if (!m_connected)
         return nullptr;
     const std::optional<x11::ClientWindow> client = x11::activeClientWindow();
+    // An application that did not answer in time here is asked nothing more for this selection:
+    // one wait is all a frozen (or still waking) application may cost.
+    bool focusedApplicationSilent = false;
     if (std::optional<ApplicationConversation> talk =
             talkTo(client, m_unresponsive, m_keepNotes ? m_notes : nullptr, *m_memory)) {
         std::shared_ptr<Conversation>& conversation = talk->conversation;
         Conversation& c = *conversation;
+        const auto silence = qScopeGuard([&] { focusedApplicationSilent = c.broken(); });
         AtspiAccessible* application = talk->application.get();
         GObjectPtr<AtspiAccessible> active;
         const int count = childCount(c, application);
@@ -1181,6 +1186,11 @@ AccessibleElementPtr AtspiAccessibilityService::focusedElement()
         }
     }
     std::shared_ptr<AccessibilityNotes> notes = m_notes;
+    if (focusedApplicationSilent) {
+        if (notes)
+            notes->steps.append(QStringLiteral("the focused application did not answer: no selection"));
+        return nullptr;
+    }
     if (const std::optional<QPoint> pointer = x11::pointerPosition()) {
         if (AccessibleElementPtr under = elementAtDevice(*pointer)) {
             if (const std::optional<QString> selected = under->selectedText(); selected && !selected->isEmpty()) {
