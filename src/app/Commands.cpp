@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/CaptureCheckCommand.h"
 #include "app/CommandLine.h"
 #include "app/ExportCommand.h"
 #include "app/InstanceCommands.h"
@@ -27,6 +28,9 @@ const QList<Subcommand>& subcommands()
          "Ask the running Tolvane to open (or raise) one of its windows.", runOpenCommand},
         {"lookup", "", "Ask the running Tolvane to look up the word under the pointer, as a tap of the hotkey would.",
          runLookupCommand},
+        {"capture-check", "[--at X Y] [--delay SECONDS] [--select] [--find WORD] [--brief] [--repeat N]",
+         "Point at a word within 3 seconds: print which way it was read and what the accessibility bus answered.",
+         runCaptureCheckCommand},
     };
     return table;
 }

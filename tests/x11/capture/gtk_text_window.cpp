@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A GTK 3 window for the text-capture tests: a label and a text view. Once drawn it prints where
 // some characters are on the screen (root-window pixels), one "name x y" per line, then "ready".
-// With --select WORD it selects WORD in the text view and gives the view the focus first.
+// With --select WORD it selects WORD in the text view and gives the view the focus first. With
+// --big the view holds ten megabytes of text after its first lines; with --objects it holds only
+// embedded buttons (object characters in its text) and reports "object x y".
 #include <gtk/gtk.h>
 
 #include <cstdio>
@@ -14,6 +16,7 @@ const char* const sentence = "Hello, world! The quick brown fox jumps.";
 GtkWidget* label = nullptr;
 GtkWidget* view = nullptr;
 const char* selectWord = nullptr;
+bool objectsOnly = false;
 
 void printLabelCharacter(const char* name, int byteIndex)
 {
@@ -41,6 +44,12 @@ void printViewPoint(const char* name, int characterOffset, int dx)
 
 gboolean report(gpointer)
 {
+    if (objectsOnly) {
+        printViewPoint("object", 1, 0);
+        std::printf("ready\n");
+        std::fflush(stdout);
+        return G_SOURCE_REMOVE;
+    }
     const std::string text(sentence);
     printLabelCharacter("label-world", int(text.find("world")) + 2);
     printViewPoint("view-quick", int(text.find("quick")) + 2, 0);
@@ -68,9 +77,12 @@ gboolean report(gpointer)
 int main(int argc, char** argv)
 {
     gtk_init(&argc, &argv);
-    for (int i = 1; i + 1 < argc; ++i) {
-        if (std::strcmp(argv[i], "--select") == 0)
+    bool big = false;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--select") == 0 && i + 1 < argc)
             selectWord = argv[i + 1];
+        big = big || std::strcmp(argv[i], "--big") == 0;
+        objectsOnly = objectsOnly || std::strcmp(argv[i], "--objects") == 0;
     }
 
     GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
@@ -86,11 +98,32 @@ int main(int argc, char** argv)
     view = gtk_text_view_new();
     gtk_widget_set_vexpand(view, TRUE);
     GtkTextBuffer* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(view));
-    const std::string content =
-        std::string(sentence) + "\nA second line of text.\nThumbs 👍🏽 up for naïve words.";
-    gtk_text_buffer_set_text(buffer, content.c_str(), -1);
+    std::string content = std::string(sentence) + "\nA second line of text.\nThumbs 👍🏽 up for naïve words.";
+    if (big) {
+        const std::string line = "\nLorem ipsum dolor sit amet, consectetur adipiscing elit, sed do eiusmod tempor.";
+        content.reserve(10 * 1024 * 1024 + line.size());
+        while (content.size() < 10 * 1024 * 1024)
+            content += line;
+    }
+    if (objectsOnly) {
+        GtkTextIter end;
+        for (int i = 0; i < 3; ++i) {
+            gtk_text_buffer_get_end_iter(buffer, &end);
+            GtkTextChildAnchor* anchor = gtk_text_buffer_create_child_anchor(buffer, &end);
+            gtk_text_view_add_child_at_anchor(GTK_TEXT_VIEW(view), gtk_button_new_with_label("Open"), anchor);
+        }
+    } else {
+        gtk_text_buffer_set_text(buffer, content.c_str(), -1);
+    }
     gtk_box_pack_start(GTK_BOX(box), label, FALSE, FALSE, 0);
-    gtk_box_pack_start(GTK_BOX(box), view, TRUE, TRUE, 0);
+    if (big) {
+        // A view that large must scroll, or the window would grow past what X allows.
+        GtkWidget* scrolled = gtk_scrolled_window_new(nullptr, nullptr);
+        gtk_container_add(GTK_CONTAINER(scrolled), view);
+        gtk_box_pack_start(GTK_BOX(box), scrolled, TRUE, TRUE, 0);
+    } else {
+        gtk_box_pack_start(GTK_BOX(box), view, TRUE, TRUE, 0);
+    }
     gtk_container_add(GTK_CONTAINER(window), box);
     gtk_widget_show_all(window);
 

@@ -2,8 +2,10 @@
 // A Qt 6 window for the text-capture tests. "edit": a text edit and a button; "drawn": text that is
 // only painted, with nothing for the accessibility bus to read. Once shown it prints where some
 // characters are on the screen (root-window pixels), one "name x y" per line, then "ready". With
-// --select WORD the text edit selects WORD and takes the focus.
+// --select WORD the text edit selects WORD and takes the focus; with --file PATH it shows that
+// file's text instead of its own.
 #include <QApplication>
+#include <QFile>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPushButton>
@@ -68,6 +70,13 @@ int main(int argc, char** argv)
     const bool drawn = args.contains(QStringLiteral("drawn"));
     const qsizetype selectAt = args.indexOf(QStringLiteral("--select"));
     const QString selectWord = selectAt >= 0 && selectAt + 1 < args.size() ? args.at(selectAt + 1) : QString();
+    const qsizetype fileAt = args.indexOf(QStringLiteral("--file"));
+    QString fileText;
+    if (fileAt >= 0 && fileAt + 1 < args.size()) {
+        QFile file(args.at(fileAt + 1));
+        if (file.open(QIODevice::ReadOnly))
+            fileText = QString::fromUtf8(file.readAll());
+    }
 
     QWidget window;
     window.setWindowTitle(QStringLiteral("Capture Qt"));
@@ -88,7 +97,10 @@ int main(int argc, char** argv)
         layout->addWidget(canvas);
     } else {
         edit = new QTextEdit;
-        edit->setPlainText(sentence + QStringLiteral("\nA second line of text.\nThumbs 👍🏽 up for naïve words."));
+        edit->setPlainText(fileText.isEmpty()
+                               ? sentence +
+                                     QStringLiteral("\nA second line of text.\nThumbs 👍🏽 up for naïve words.")
+                               : fileText);
         button = new QPushButton(QStringLiteral("Open file"));
         layout->addWidget(edit);
         layout->addWidget(button);

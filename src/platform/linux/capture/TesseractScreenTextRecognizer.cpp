@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/capture/TesseractScreenTextRecognizer.h"
 
+#include "core/capture/GraphemeText.h"
 #include "core/support/Logging.h"
 #include "platform/linux/ScreenCoordinates.h"
 #include "platform/linux/X11Window.h"
+#include "platform/linux/capture/X11ClientWindow.h"
 
 #include <QGuiApplication>
 #include <QHash>
@@ -174,6 +176,35 @@ struct TesseractScreenTextRecognizer::Engine
         result.lines.append(std::move(recognized));
         return result;
     }
+
+    Result<QList<RecognizedWord>> words(const QImage& captured, const QStringList& locales)
+    {
+        const QMutexLocker lock(&mutex);
+        const QStringList names = engineLanguages(locales);
+        if (names.isEmpty() || !(load(names.join(QLatin1Char('+'))) || load(QStringLiteral("eng"))))
+            return Error{QStringLiteral("No text recognition data is installed.")};
+        const QImage image = captured.convertToFormat(QImage::Format_Grayscale8);
+        if (image.isNull())
+            return Error{QStringLiteral("The image is empty.")};
+        api->SetPageSegMode(tesseract::PSM_AUTO);
+        api->SetImage(image.constBits(), image.width(), image.height(), 1, int(image.bytesPerLine()));
+        if (api->Recognize(nullptr) != 0)
+            return Error{QStringLiteral("Text recognition failed.")};
+        QList<RecognizedWord> found;
+        std::unique_ptr<tesseract::ResultIterator> iterator(api->GetIterator());
+        if (iterator) {
+            do {
+                std::unique_ptr<char, TextDeleter> text(iterator->GetUTF8Text(tesseract::RIL_WORD));
+                if (!text)
+                    continue;
+                int left = 0, top = 0, right = 0, bottom = 0;
+                iterator->BoundingBox(tesseract::RIL_WORD, &left, &top, &right, &bottom);
+                found.append({QString::fromUtf8(text.get()).trimmed(), QRectF(left, top, right - left, bottom - top)});
+            } while (iterator->Next(tesseract::RIL_WORD));
+        }
+        api->Clear();
+        return found;
+    }
 };
 
 TesseractScreenTextRecognizer::TesseractScreenTextRecognizer()
@@ -228,8 +259,13 @@ Result<QImage> TesseractScreenTextRecognizer::captureStrip(QRectF stripInPoints)
 {
     const QRectF logical = screen::toQt(stripInPoints);
     const QList<QScreen*> screens = QGuiApplication::screens();
-    if (screens.isEmpty())
-        return Error{QStringLiteral("There is no screen to capture.")};
+    if (screens.isEmpty()) {
+        // Without a window system integration (the command line) the X server is asked itself.
+        const QImage image = x11::grabRoot(logical.toAlignedRect());
+        if (image.isNull())
+            return Error{QStringLiteral("There is no screen to capture.")};
+        return image;
+    }
     QScreen* chosen = screens.constFirst();
     for (QScreen* s : screens) {
         if (QRectF(s->geometry()).intersects(logical)) {
@@ -249,6 +285,45 @@ Result<RecognizedText> TesseractScreenTextRecognizer::recognizeImage(const QImag
                                                                      double scale, const QStringList& languages)
 {
     return m_engine->recognize(image, stripInPoints, scale > 0 ? scale : 1.0, languages);
+}
+
+Result<QList<RecognizedWord>> TesseractScreenTextRecognizer::readWords(const QImage& image,
+                                                                       const QStringList& languages)
+{
+    return m_engine->words(image, languages);
+}
+
+std::optional<QPoint> TesseractScreenTextRecognizer::locateWord(const QRect& rootRect, const QString& word,
+                                                                const QStringList& languages)
+{
+    const QImage image = x11::grabRoot(rootRect);
+    if (image.isNull())
+        return std::nullopt;
+    // Interface text is small for Tesseract: it reads it twice as large much better.
+    QImage larger = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                        .convertToFormat(QImage::Format_RGB32);
+    for (int pass = 0; pass < 2; ++pass) {
+        if (pass == 1) {
+            // Spelling underlines and other coloured marks hide whole lines from the layout
+            // analysis; on the brightest channel they turn white while dark text stays dark.
+            for (int y = 0; y < larger.height(); ++y) {
+                auto* row = reinterpret_cast<QRgb*>(larger.scanLine(y));
+                for (int x = 0; x < larger.width(); ++x) {
+                    const int v = std::max({qRed(row[x]), qGreen(row[x]), qBlue(row[x])});
+                    row[x] = qRgb(v, v, v);
+                }
+            }
+        }
+        const Result<QList<RecognizedWord>> words = readWords(larger, languages);
+        if (!words)
+            return std::nullopt;
+        // The last one seen: a document's text comes below the title and tab that may name it.
+        for (auto it = words.value().crbegin(); it != words.value().crend(); ++it) {
+            if (textrules::trimmedPunctuation(it->text).compare(word, Qt::CaseInsensitive) == 0)
+                return rootRect.topLeft() + (it->box.center() / 2).toPoint();
+        }
+    }
+    return std::nullopt;
 }
 
 void TesseractScreenTextRecognizer::recognizeStrip(QRectF stripInPoints, QStringList languages, Completion completion)

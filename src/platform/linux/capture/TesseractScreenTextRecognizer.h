@@ -7,6 +7,7 @@
 #include <QThreadPool>
 
 #include <memory>
+#include <optional>
 
 namespace tolvane {
 
@@ -31,6 +32,14 @@ public:
     // scale: device pixels per point.
     Result<RecognizedText> recognizeImage(const QImage& image, QRectF stripInPoints, double scale,
                                           const QStringList& languages);
+
+    // Every word of a whole image (a window, say), with its box in the image's pixels, top-left
+    // origin. Slow: seconds for a window.
+    Result<QList<RecognizedWord>> readWords(const QImage& image, const QStringList& languages);
+
+    // Where a word is seen in a part of the screen (root device pixels): the centre of the last
+    // recognised word that equals it, ignoring case and surrounding punctuation.
+    std::optional<QPoint> locateWord(const QRect& rootRect, const QString& word, const QStringList& languages);
 
     // Tesseract's names for the locales it has data for ("ru-RU" → "rus"), the main one first.
     static QStringList engineLanguages(const QStringList& locales);
