@@ -184,7 +184,9 @@ public:
     }
     void click()
     {
-        for (const auto& handler : clickMonitors)
+        // A handler may remove monitors (its own included) while the click is delivered.
+        const auto monitors = clickMonitors;
+        for (const auto& handler : monitors)
             handler();
     }
 

@@ -73,7 +73,10 @@ void OverlayTag::paintEvent(QPaintEvent*)
     painter.drawRoundedRect(bounds, radius, radius);
     painter.setPen(m_tint);
     painter.setFont(font());
-    painter.drawText(bounds, Qt::AlignCenter | Qt::TextSingleLine, text());
+    // Cut to the capsule when the card gives the tag less than it asks for.
+    const QRectF inside = bounds.adjusted(horizontalPadding, 0, -horizontalPadding, 0);
+    const QString shown = QFontMetricsF(font()).elidedText(text(), Qt::ElideRight, inside.width());
+    painter.drawText(inside, Qt::AlignCenter | Qt::TextSingleLine, shown);
 }
 
 } // namespace tolvane

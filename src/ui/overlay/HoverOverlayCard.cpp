@@ -77,16 +77,17 @@ void HoverOverlayCard::applyFonts()
     const auto font = [&](QFont base, const QString& text) {
         return withLanguageFamilies(std::move(base), cjkLanguageOf(text, language));
     };
-    m_placeholderCaption->setFont(textStyleFont(TextStyle::caption));
-    m_placeholderText->setFont(font(monospacedFont(16, QFont::DemiBold), m_placeholderText->text()));
-    m_source->setFont(font(textStyleFont(TextStyle::footnote, QFont::DemiBold), m_source->text()));
-    m_partOfSpeech->setFont(textStyleFont(TextStyle::footnote));
-    m_speak->setFont(textStyleFont(TextStyle::footnote));
-    m_word->setFont(font(textStyleFont(TextStyle::footnote, QFont::Medium), m_word->text()));
-    m_translation->setFont(font(pointSizeFont(18, QFont::Bold), m_translation->text()));
-    m_reading->setFont(pointSizeFont(12, QFont::Medium));
-    m_context->setFont(font(textStyleFont(TextStyle::footnote), m_context->text()));
-    m_status->setFont(textStyleFont(TextStyle::callout));
+    m_placeholderCaption->setCardFont(textStyleFont(TextStyle::caption));
+    m_placeholderText->setCardFont(font(monospacedFont(16, QFont::DemiBold), m_placeholderText->text()));
+    m_source->setCardFont(font(textStyleFont(TextStyle::footnote, QFont::DemiBold), m_source->text()));
+    m_partOfSpeech->setCardFont(textStyleFont(TextStyle::footnote));
+    if (const QFont speakFont = textStyleFont(TextStyle::footnote); m_speak->font() != speakFont)
+        m_speak->setFont(speakFont);
+    m_word->setCardFont(font(textStyleFont(TextStyle::footnote, QFont::Medium), m_word->text()));
+    m_translation->setCardFont(font(pointSizeFont(18, QFont::Bold), m_translation->text()));
+    m_reading->setCardFont(pointSizeFont(12, QFont::Medium));
+    m_context->setCardFont(font(textStyleFont(TextStyle::footnote), m_context->text()));
+    m_status->setCardFont(textStyleFont(TextStyle::callout));
 }
 
 void HoverOverlayCard::paletteChanged()
@@ -162,30 +163,34 @@ void HoverOverlayCard::setView(const HoverOverlayView& view)
 
     const QString language = view.targetLanguageCode.value_or(QString());
     const bool example = looked && view.exampleSentence.has_value();
-    std::optional<QString> exampleTranslation;
-    if (example) {
+    // A held hotkey repeats the same example: fit it once.
+    const QString exampleKey = example ? language + QChar(0x1F) + *view.exampleSentence : QString();
+    if (example && exampleKey != m_fittedExampleKey) {
         // The lines are fitted in the fonts they are shown in (a Chinese translation measures
         // with its own family). Only what a card can hold is measured.
         const QString limited = shown(*view.exampleSentence);
         const qsizetype feed = limited.indexOf(QLatin1Char('\n'));
         const QString sentence = feed < 0 ? limited : limited.left(feed);
         const QString translationPart = feed < 0 ? QString() : limited.mid(feed + 1);
-        m_exampleSentence->setFont(withLanguageFamilies(pointSizeFont(11), cjkLanguageOf(sentence, language)));
-        m_exampleTranslation->setFont(
+        m_exampleSentence->setCardFont(withLanguageFamilies(pointSizeFont(11), cjkLanguageOf(sentence, language)));
+        m_exampleTranslation->setCardFont(
             withLanguageFamilies(pointSizeFont(11, QFont::Medium), cjkLanguageOf(translationPart, language)));
         const QFontMetricsF sentenceMetrics(m_exampleSentence->font());
         const QFontMetricsF translationMetrics(m_exampleTranslation->font());
         m_exampleSentence->setCardText(fitToLines(
             sentence, [&](const QString& t) { return sentenceMetrics.horizontalAdvance(t); }, exampleMaximumLines,
             exampleLineWidth));
+        m_fittedExampleTranslation.reset();
         if (feed >= 0) {
             const QString translated = fitToLines(
                 translationPart, [&](const QString& t) { return translationMetrics.horizontalAdvance(t); },
                 exampleMaximumLines, exampleLineWidth);
             if (!translated.isEmpty())
-                exampleTranslation = translated;
+                m_fittedExampleTranslation = translated;
         }
+        m_fittedExampleKey = exampleKey;
     }
+    const std::optional<QString> exampleTranslation = example ? m_fittedExampleTranslation : std::nullopt;
     showIf(m_exampleSentence, example);
     showIf(m_exampleTranslation, exampleTranslation.has_value());
     if (exampleTranslation)
@@ -276,7 +281,9 @@ int HoverOverlayCard::layoutContent(int width, bool apply) const
         // Header row: the source word (wrapping if it must), its part of speech, the speaker.
         int rest = 0;
         const QSize speak = m_speak->sizeHint();
-        const int pos = m_partOfSpeech->isHidden() ? 0 : int(std::ceil(m_partOfSpeech->naturalWidth()));
+        // The part of speech is an abbreviation; whatever it holds, the word keeps most of the row.
+        const int pos =
+            m_partOfSpeech->isHidden() ? 0 : std::min(int(std::ceil(m_partOfSpeech->naturalWidth())), width / 3);
         if (!m_partOfSpeech->isHidden())
             rest += rowSpacing + pos;
         if (!m_speak->isHidden())

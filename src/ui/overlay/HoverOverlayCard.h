@@ -6,6 +6,8 @@
 
 #include <QSizeF>
 
+#include <optional>
+
 namespace tolvane {
 
 class CardLabel;
@@ -38,7 +40,9 @@ private:
 
     const Transliterator& m_transliterator;
     HoverOverlayView m_view;
-    QString m_language; // the learning language the fonts were chosen for
+    QString m_language;         // the learning language the fonts were chosen for
+    QString m_fittedExampleKey; // the example (and language) the example lines were fitted for
+    std::optional<QString> m_fittedExampleTranslation;
 
     OverlayTag* m_tag;
     CardLabel* m_placeholderCaption;

@@ -66,6 +66,7 @@ void HoverOverlayWindow::update(const HoverOverlayView& view)
     card().setView(m_view);
     if (m_frame.resizeToFit(m_card->fittingSize(), wordCardResizeTolerance, m_screens.screens()))
         applyGeometry();
+    m_card->keepOnTop();
 }
 
 void HoverOverlayWindow::hide()

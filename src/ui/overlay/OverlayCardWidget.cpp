@@ -6,11 +6,13 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
 #include <QRegion>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tolvane {
@@ -23,13 +25,6 @@ QColor withAlpha(QColor color, double alpha)
 {
     color.setAlphaF(float(alpha));
     return color;
-}
-
-QPainterPath roundedCard(const QRectF& rect)
-{
-    QPainterPath path;
-    path.addRoundedRect(rect, cardCornerRadius, cardCornerRadius);
-    return path;
 }
 
 } // namespace
@@ -60,7 +55,7 @@ OverlayPalette OverlayPalette::current(bool translucent)
     // The desktop's own accent, as its selection colour shows it.
     p.accent = palette.color(QPalette::Active, QPalette::Highlight);
     if (translucent)
-        p.material.setAlphaF(0.94f);
+        p.material.setAlphaF(0.97f);
     return p;
 }
 
@@ -123,6 +118,7 @@ void OverlayCardWidget::prepareWindow()
 {
     chooseTranslucency();
     winId();
+    updateShape();
     overlayx11::markFloatingCard(this);
 }
 
@@ -161,10 +157,19 @@ void OverlayCardWidget::orderFront()
     // A compositing manager may have come or gone since the last show.
     chooseTranslucency();
     winId();
+    updateShape();
     overlayx11::markFloatingCard(this);
     if (!isVisible())
         show();
-    raise();
+    keepOnTop();
+}
+
+void OverlayCardWidget::keepOnTop()
+{
+    // The card is not managed by the window manager, so nothing keeps it above a window raised
+    // after it (a full-screen player taking the screen): it raises itself on every change.
+    if (isVisible() && QGuiApplication::platformName() == QLatin1String("xcb"))
+        raise();
 }
 
 void OverlayCardWidget::setBorderTint(const QColor& tint)
@@ -193,15 +198,39 @@ void OverlayCardWidget::changeEvent(QEvent* event)
 
 void OverlayCardWidget::updateShape()
 {
-    if (m_translucent) {
+    // Only X windows take a shape; elsewhere (offscreen pictures) the card is drawn as it is. A
+    // window not yet made gets its shape when it is.
+    if (!testAttribute(Qt::WA_WState_Created))
+        return;
+    if (m_translucent || QGuiApplication::platformName() != QLatin1String("xcb")) {
         clearMask();
         return;
     }
-    // Without a compositor the window is cut to the card: X shapes are whole pixels, so the mask
-    // keeps every pixel the rounded card touches and the border's antialiasing blends into the
-    // card's own colour there, not into black.
-    const QPainterPath path = roundedCard(QRectF(cardRect()));
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    // Without a compositor the window is cut to the card. X shapes are whole device pixels: a
+    // pixel is kept when its centre lies inside the rounded card, so the edge follows the curve at
+    // any device pixel ratio and the border's antialiasing blends into the card's own colour.
+    const double ratio = devicePixelRatioF();
+    const QRect card(
+        QPoint(int(std::lround(cardRect().x() * ratio)), int(std::lround(cardRect().y() * ratio))),
+        QSize(int(std::lround(cardRect().width() * ratio)), int(std::lround(cardRect().height() * ratio))));
+    const double radius = std::min({cardCornerRadius * ratio, card.width() / 2.0, card.height() / 2.0});
+    const int rows = int(std::ceil(radius));
+    QList<QRect> rectangles{card.adjusted(0, rows, 0, -rows)};
+    for (int row = 0; row < rows; ++row) {
+        const double dy = radius - (row + 0.5);
+        const double inset = dy > 0 ? radius - std::sqrt(radius * radius - dy * dy) : 0;
+        const int first = int(std::ceil(inset - 0.5));
+        const int width = card.width() - 2 * first;
+        rectangles.append(QRect(card.left() + first, card.top() + row, width, 1));
+        rectangles.append(QRect(card.left() + first, card.bottom() - row, width, 1));
+    }
+    if (overlayx11::setDevicePixelShape(this, rectangles))
+        return;
+    QRegion region;
+    for (const QRect& r : std::as_const(rectangles))
+        region += QRect((QPointF(r.topLeft()) / ratio).toPoint(),
+                        (QSizeF(r.size()) / ratio).toSize().expandedTo(QSize(1, 1)));
+    setMask(region);
 }
 
 void OverlayCardWidget::paintEvent(QPaintEvent*)
@@ -222,8 +251,9 @@ void OverlayCardWidget::paintEvent(QPaintEvent*)
             const QRectF grown = shadowCard.adjusted(-i, -i, i, i);
             painter.drawRoundedRect(grown, cardCornerRadius + i, cardCornerRadius + i);
         }
-    } else {
+    } else if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         // Fill the whole shaped window first, so the pixels at the rim are the card's colour.
+        // (Elsewhere there is no shape, and a picture of the card keeps its corners clear.)
         QColor opaque = m_palette.material;
         opaque.setAlpha(255);
         painter.fillRect(rect(), opaque);

@@ -43,6 +43,8 @@ public:
     QRect cardGeometry() const;
     // Maps the window if needed and raises it above other windows, without activating anything.
     void orderFront();
+    // Raises a visible card above windows raised since it was shown.
+    void keepOnTop();
 
     bool isTranslucent() const { return m_translucent; }
     QColor borderTint() const { return m_borderTint; }

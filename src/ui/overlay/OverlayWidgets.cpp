@@ -31,6 +31,12 @@ void CardLabel::setColor(const QColor& color)
     setPalette(p);
 }
 
+void CardLabel::setCardFont(const QFont& font)
+{
+    if (font != this->font())
+        setFont(font);
+}
+
 void CardLabel::setCardText(const QString& text)
 {
     if (text == this->text())
@@ -54,8 +60,10 @@ double CardLabel::naturalWidth() const
 
 int CardLabel::heightAt(int width) const
 {
+    // No card is taller than this; a longer text is clipped by the card anyway.
+    constexpr int tallest = 420;
     if (m_wraps)
-        return heightForWidth(width);
+        return std::min(heightForWidth(width), tallest);
     return sizeHint().height();
 }
 

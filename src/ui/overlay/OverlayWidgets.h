@@ -18,6 +18,8 @@ class CardLabel final : public QLabel
 public:
     explicit CardLabel(QWidget* parent, bool wraps = true);
     void setColor(const QColor& color);
+    // Sets the font only when it changed: a font change re-lays the label out.
+    void setCardFont(const QFont& font);
     // Sets the text (and the accessible name) only when it changed.
     void setCardText(const QString& text);
     // The label's width on one line, for the card's ideal width.

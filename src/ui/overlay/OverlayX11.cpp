@@ -8,8 +8,12 @@
 
 #include <xcb/xcb.h>
 
+#include <sys/uio.h>
+#include <xcb/xcbext.h>
+
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 namespace tolvane::overlayx11 {
 
@@ -41,7 +45,58 @@ xcb_atom_t atom(xcb_connection_t* c, const char* name)
     return value;
 }
 
+// The shape extension's request number, or 0 without the extension.
+quint8 shapeOpcode(xcb_connection_t* c)
+{
+    static int opcode = -1;
+    if (opcode < 0) {
+        static const char name[] = "SHAPE";
+        const Reply<xcb_query_extension_reply_t> reply(
+            xcb_query_extension_reply(c, xcb_query_extension(c, sizeof(name) - 1, name), nullptr));
+        opcode = reply && reply->present ? reply->major_opcode : 0;
+    }
+    return quint8(opcode);
+}
+
 } // namespace
+
+bool setDevicePixelShape(QWidget* window, const QList<QRect>& rectangles)
+{
+    xcb_connection_t* c = connection();
+    if (!c || !window)
+        return false;
+    const quint8 opcode = shapeOpcode(c);
+    if (opcode == 0)
+        return false;
+    // ShapeRectangles (minor 1): operation Set, kind Bounding (which also bounds input), unsorted.
+    // libxcb-shape would send exactly these bytes; core libxcb sends them without another library.
+    struct
+    {
+        quint8 major;
+        quint8 minor;
+        quint16 length;
+        quint8 operation;
+        quint8 kind;
+        quint8 ordering;
+        quint8 pad;
+        quint32 window;
+        qint16 xOffset;
+        qint16 yOffset;
+    } header{opcode, 1, 0, 0, 0, 0, 0, quint32(window->winId()), 0, 0};
+    std::vector<xcb_rectangle_t> rects;
+    rects.reserve(std::size_t(rectangles.size()));
+    for (const QRect& r : rectangles)
+        rects.push_back({qint16(r.x()), qint16(r.y()), quint16(r.width()), quint16(r.height())});
+    iovec parts[4];
+    parts[2].iov_base = &header;
+    parts[2].iov_len = sizeof(header);
+    parts[3].iov_base = rects.data();
+    parts[3].iov_len = rects.size() * sizeof(xcb_rectangle_t);
+    const xcb_protocol_request_t request{2, nullptr, opcode, 1};
+    xcb_send_request(c, 0, &parts[2], &request);
+    xcb_flush(c);
+    return true;
+}
 
 bool compositingManagerRuns()
 {

@@ -61,8 +61,9 @@ TranslationOverlayCard::TranslationOverlayCard(QWidget* parent)
     m_scroll->setWidgetResizable(false);
     m_scroll->setAutoFillBackground(false);
     m_scroll->viewport()->setAutoFillBackground(false);
-    m_content->setAutoFillBackground(false);
     m_scroll->setWidget(m_content);
+    // The scroll area paints its widget's background by default; the card's own shows through.
+    m_content->setAutoFillBackground(false);
     m_scroll->verticalScrollBar()->setAccessibleName(QStringLiteral("Scroll"));
     paletteChanged();
     setView(m_view);
@@ -78,8 +79,8 @@ void TranslationOverlayCard::paletteChanged()
     m_context->setColor(p.tertiary);
     setBorderTint(p.accent);
     // A thin indicator like the desktop's overlay scroll bars, in the secondary colour.
-    QColor handle = p.secondary;
-    handle.setAlphaF(0.45f);
+    QColor handle = p.primary;
+    handle.setAlphaF(0.35f);
     m_scroll->verticalScrollBar()->setStyleSheet(
         QStringLiteral("QScrollBar:vertical { background: transparent; width: %1px; margin: 0; }"
                        "QScrollBar::handle:vertical { background: %2; border-radius: %3px; min-height: 24px; }"
@@ -103,9 +104,9 @@ void TranslationOverlayCard::setView(const TranslationOverlayView& view)
 
     const QString source = displayText(view.source, passageCardTextLimit);
     const QString translation = displayText(view.translation, passageCardTextLimit);
-    m_source->setFont(withLanguageFamilies(textStyleFont(TextStyle::caption), cjkLanguageOf(source, language)));
-    m_translation->setFont(withLanguageFamilies(pointSizeFont(view.isPassage ? 15 : 18, QFont::Bold),
-                                                cjkLanguageOf(translation, language)));
+    m_source->setCardFont(withLanguageFamilies(textStyleFont(TextStyle::caption), cjkLanguageOf(source, language)));
+    m_translation->setCardFont(withLanguageFamilies(pointSizeFont(view.isPassage ? 15 : 18, QFont::Bold),
+                                                    cjkLanguageOf(translation, language)));
     if (view.isPassage) {
         m_source->setWordWrap(true);
         m_source->setCardText(source);
@@ -121,7 +122,7 @@ void TranslationOverlayCard::setView(const TranslationOverlayView& view)
     m_context->setHidden(!context);
     if (context) {
         const QString text = displayText(*view.context, passageCardTextLimit);
-        m_context->setFont(withLanguageFamilies(textStyleFont(TextStyle::caption2), cjkLanguageOf(text, language)));
+        m_context->setCardFont(withLanguageFamilies(textStyleFont(TextStyle::caption2), cjkLanguageOf(text, language)));
         m_context->setCardText(text);
     }
     m_scroll->setVerticalScrollBarPolicy(view.isPassage ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
@@ -133,8 +134,12 @@ int TranslationOverlayCard::layoutContent(int width, bool apply) const
 {
     int y = 0;
     int rowHeight = 0;
-    const QSize direction = m_direction->isHidden() ? QSize() : m_direction->sizeHint();
-    const QSize badge = m_badge->isHidden() ? QSize() : m_badge->sizeHint();
+    // The tags share the row; a tag longer than the card is cut (and drawn with "…").
+    QSize direction = m_direction->isHidden() ? QSize() : m_direction->sizeHint();
+    QSize badge = m_badge->isHidden() ? QSize() : m_badge->sizeHint();
+    direction.setWidth(std::min(direction.width(), width));
+    badge.setWidth(
+        std::max(0, std::min(badge.width(), width - (direction.width() > 0 ? direction.width() + tagSpacing : 0))));
     rowHeight = std::max(direction.height(), badge.height());
     if (rowHeight > 0) {
         int x = 0;

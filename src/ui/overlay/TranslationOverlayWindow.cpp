@@ -56,6 +56,7 @@ void TranslationOverlayWindow::update(const TranslationOverlayView& view)
     card().setView(m_view);
     if (m_frame.resizeKeepingTop(m_card->fittingHeight(), passageCardResizeTolerance))
         applyGeometry();
+    m_card->keepOnTop();
     m_lifetime.updated();
 }
 
