@@ -76,6 +76,17 @@ private Q_SLOTS:
             QVERIFY(speech.hasVoice(locale));
         QVERIFY(!speech.hasVoice(QStringLiteral("xx-YY")));
     }
+
+    // Without a speech service or a sound device the words are not heard, and nothing waits.
+    void speakingWithoutASpeechServiceNeitherBlocksNorFails()
+    {
+        auto speech = std::make_unique<DesktopSpeechSynthesizer>([](const QString&) { return QStringLiteral("いえ"); });
+        speech->speak(QStringLiteral("家"), QStringLiteral("ja-JP"));
+        speech->speak(QStringLiteral("house"), QStringLiteral("en-US"));
+        QTest::qWait(300);
+        speech->stop();
+        speech.reset();
+    }
 };
 
 QTEST_GUILESS_MAIN(TestLookupPlatform)
