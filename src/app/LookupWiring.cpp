@@ -170,6 +170,8 @@ void LookupWiring::prepareAhead()
     qCInfo(lcLookupWiring).noquote() << "Preparing look-ups into" << target;
     m_wordCard->prepare();
     preparePair(target);
+    // The installed applications' names, read once for the word log.
+    m_services.workspace->frontmostApplicationName();
 
     // The language models and the tagger load on first use; load them on a worker. Both are safe
     // to call from any thread.

@@ -158,6 +158,34 @@ private Q_SLOTS:
         QVERIFY(f.hover.cache().isEmpty());
     }
 
+    void hostileWordsAreLookedUpAndRecordedAsGiven_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::newRow("markup") << "<b>house</b>";
+        QTest::newRow("bidirectional overrides") << "\u202Ehouse\u202C";
+        QTest::newRow("a lone surrogate") << QString(QChar(0xD800)) + QStringLiteral("house");
+        QTest::newRow("a 100 000-character token") << QString(100000, QLatin1Char('x'));
+    }
+    void hostileWordsAreLookedUpAndRecordedAsGiven()
+    {
+        QFETCH(QString, word);
+        LookupFixture f;
+        f.platform.translationEngine->translations = {{word, QStringLiteral("дом")}};
+        // A label that cannot place points: its whole text is the word.
+        auto element = std::make_shared<FakeAccessibleElement>();
+        element->rangeRejected = true;
+        element->attributes.insert(QStringLiteral("AXValue"), word);
+        f.platform.accessibility->elementUnderPointer = element;
+        f.press();
+        QVERIFY(f.card);
+        QVERIFY(!f.card->views.isEmpty());
+        f.advance(1s);
+        QCOMPARE(f.card->last().state, HoverOverlayView::State::liveLookup(word, QStringLiteral("дом")));
+        QCOMPARE(f.confusionLog.entries().size(), 1);
+        QCOMPARE(f.confusionLog.entries().first().translation, QStringLiteral("дом"));
+        QCOMPARE(f.milestones.successfulLookupCount(), 1);
+    }
+
     void anAnswerForAnOlderLookUpIsDropped()
     {
         LookupFixture f;

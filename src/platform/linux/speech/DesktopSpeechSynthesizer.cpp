@@ -91,6 +91,9 @@ void DesktopSpeechSynthesizer::State::run()
 
 void DesktopSpeechSynthesizer::State::perform(const Request& request)
 {
+    // Nothing was ever said: there is nothing to stop, and no reason to open a sound device.
+    if (request.locale.isEmpty() && !dispatcher && !espeakReady)
+        return;
     if (!dispatcherTried) {
         dispatcherTried = true;
         char* error = nullptr;
