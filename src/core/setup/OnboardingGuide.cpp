@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/setup/OnboardingGuide.h"
 
+#include "core/setup/SettingsChoices.h"
+
 #include "core/review/NotificationScheduler.h"
 #include "core/setup/Preferences.h"
 #include "core/support/Logging.h"
@@ -115,36 +117,17 @@ void OnboardingGuide::finish()
     Q_EMIT finished();
 }
 
-const QList<ReminderFrequency>& OnboardingGuide::reminderFrequencies()
-{
-    static const QList<ReminderFrequency> frequencies = {
-        {QStringLiteral("Every 15 minutes"), 0.25},
-        {QStringLiteral("Every 30 minutes"), 0.5},
-        {QStringLiteral("Every 1 hour"), 1},
-        {QStringLiteral("Every 2 hours"), 2},
-        {QStringLiteral("Every 4 hours (default)"), 4},
-        {QStringLiteral("Every 8 hours"), 8},
-        {QStringLiteral("Once a day"), 24},
-    };
-    return frequencies;
-}
-
 int OnboardingGuide::reminderFrequencyIndex() const
 {
-    const double hours = m_services.preferences.notificationIntervalHours();
-    const QList<ReminderFrequency>& frequencies = reminderFrequencies();
-    for (qsizetype i = 0; i < frequencies.size(); ++i) {
-        if (std::abs(frequencies.at(i).hours - hours) < 1e-9)
-            return int(i);
-    }
-    return -1;
+    return tolvane::reminderFrequencyIndex(m_services.preferences.notificationIntervalHours());
 }
 
 void OnboardingGuide::setReminderFrequencyIndex(int index)
 {
-    if (index < 0 || index >= reminderFrequencies().size() || index == reminderFrequencyIndex())
+    const QList<ReminderFrequencyChoice>& choices = reminderFrequencyChoices();
+    if (index < 0 || index >= choices.size() || index == reminderFrequencyIndex())
         return;
-    m_services.preferences.setDouble(PreferenceKey::notificationIntervalHours, reminderFrequencies().at(index).hours);
+    m_services.preferences.setDouble(PreferenceKey::notificationIntervalHours, choices.at(index).hours);
     Q_EMIT changed();
 }
 

@@ -19,13 +19,6 @@ class NotificationScheduler;
 class Preferences;
 class Scheduler;
 
-// One reminder frequency of the guide's picker.
-struct ReminderFrequency
-{
-    QString text;
-    double hours;
-};
-
 // The first-run guide's state: which step is shown, the preparation of the chosen language's
 // model, the hotkey capture, the notification request and the finish. The window shows it; a new
 // guide is made each time the window opens, so every opening starts at the welcome with no model
@@ -77,7 +70,6 @@ public:
     // window to close.
     void finish();
 
-    static const QList<ReminderFrequency>& reminderFrequencies();
     // The picker's row for the stored interval (absent or not positive: the default), or -1 when
     // the stored value is none of the choices.
     int reminderFrequencyIndex() const;

@@ -95,10 +95,7 @@ void HoverOverlayWindow::applyGeometry()
 {
     if (!m_card)
         return;
-    if (const auto geometry = toTopLeft(m_frame.frame(), m_screens.screens()))
-        m_card->setCardGeometry(*geometry);
-    else // no screen to place it on: keep the size only
-        m_card->setCardGeometry(QRect(m_card->cardGeometry().topLeft(), m_frame.frame().size().toSize()));
+    m_card->placeAt(m_frame.frame(), m_screens.screens());
 }
 
 } // namespace tolvane

@@ -136,6 +136,14 @@ void OverlayCardWidget::setCardGeometry(const QRect& card)
     setGeometry(card.marginsAdded(shadowMargins()));
 }
 
+void OverlayCardWidget::placeAt(const QRectF& frame, const QList<ScreenInfo>& screens)
+{
+    if (const auto geometry = toTopLeft(frame, screens))
+        setCardGeometry(*geometry);
+    else
+        setCardGeometry(QRect(cardGeometry().topLeft(), frame.size().toSize()));
+}
+
 QRect OverlayCardWidget::cardGeometry() const
 {
     return geometry().marginsRemoved(shadowMargins());

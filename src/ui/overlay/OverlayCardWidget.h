@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/overlay/HoverOverlayView.h"
+#include "platform/Geometry.h"
 
 #include <QColor>
 #include <QMargins>
@@ -41,6 +42,9 @@ public:
     // Places the card (not the shadow around it) at this geometry in Qt's logical pixels.
     void setCardGeometry(const QRect& card);
     QRect cardGeometry() const;
+    // Places the card at a frame in core's bottom-left point coordinates over these screens; with
+    // no screen to place it on, only its size follows.
+    void placeAt(const QRectF& frame, const QList<ScreenInfo>& screens);
     // Maps the window if needed and raises it above other windows, without activating anything.
     void orderFront();
     // Raises a visible card above windows raised since it was shown.

@@ -7,6 +7,7 @@
 #include "core/setup/OnboardingTexts.h"
 #include "core/setup/Preferences.h"
 #include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/SettingsChoices.h"
 #include "core/support/PlatformWording.h"
 #include "core/translation/LanguageTable.h"
 #include "ui/HotkeyKeycaps.h"
@@ -533,8 +534,8 @@ QWidget* OnboardingGuideView::buildReminders()
     label->setWordWrap(false);
     m_frequency = new QComboBox(page);
     m_frequency->setAccessibleName(Texts::reminderFrequency);
-    for (const ReminderFrequency& frequency : OnboardingGuide::reminderFrequencies())
-        m_frequency->addItem(frequency.text);
+    for (const ReminderFrequencyChoice& frequency : reminderFrequencyChoices())
+        m_frequency->addItem(frequency.title);
     label->setBuddy(m_frequency);
     row->addWidget(label);
     row->addWidget(m_frequency);

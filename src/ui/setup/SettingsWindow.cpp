@@ -132,6 +132,7 @@ SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
     column->addWidget(buildOcrSection());
     column->addWidget(buildDurationSection());
     column->addWidget(buildNotificationSection());
+    column->addWidget(buildStartAtLoginSection());
     column->addStretch(1);
 
     // The content follows the window's width, so wrapped captions get the height they need.
@@ -480,6 +481,32 @@ void SettingsWindow::refreshAll()
         refresher();
     refreshHotkey();
     refreshOcrLock();
+}
+
+QWidget* SettingsWindow::buildStartAtLoginSection()
+{
+    SectionCard* box = section(SetupTexts::startAtLoginSection(), SetupSymbol::power, QColor(0x34, 0xC7, 0x59), this);
+    if (!m_services.autostart)
+        m_services.autostart = Autostart::forThisUser();
+    m_startAtLogin = new QCheckBox(SetupTexts::startAtLogin(), box);
+    m_startAtLogin->setChecked(m_services.autostart->isEnabled());
+    m_startAtLoginMessage = caption(QString(), box);
+    m_startAtLoginMessage->setAccessibleName(QStringLiteral("Start at login message"));
+    m_startAtLoginMessage->hide();
+    contentOf(box)->addWidget(m_startAtLogin);
+    contentOf(box)->addWidget(caption(SetupTexts::startAtLoginCaption(), box));
+    contentOf(box)->addWidget(m_startAtLoginMessage);
+    connect(m_startAtLogin, &QCheckBox::toggled, this, [this](bool on) {
+        const Result<void> done = m_services.autostart->setEnabled(on);
+        m_startAtLoginMessage->setVisible(!done.ok());
+        if (done.ok())
+            return;
+        // The switch shows what is on disk, and the message says why it did not change.
+        m_startAtLoginMessage->setText(done.error().message);
+        const QSignalBlocker quiet(m_startAtLogin);
+        m_startAtLogin->setChecked(m_services.autostart->isEnabled());
+    });
+    return box;
 }
 
 } // namespace tolvane

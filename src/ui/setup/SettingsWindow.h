@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/setup/Autostart.h"
+
 #include <QHash>
 #include <QPointer>
 #include <QString>
@@ -8,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QButtonGroup;
 class QCheckBox;
@@ -45,6 +48,8 @@ struct SettingsWindowServices
     Scheduler& scheduler;
     std::function<void()> rescheduleReminders;
     std::function<QString()> openNotificationSettings;
+    // The login entry this window switches; the user's own when nothing else is given.
+    std::optional<Autostart> autostart = std::nullopt;
 };
 
 // The one place to change the preferences after the first-run guide. Every control shows the
@@ -74,6 +79,7 @@ private:
     QWidget* buildOcrSection();
     QWidget* buildDurationSection();
     QWidget* buildNotificationSection();
+    QWidget* buildStartAtLoginSection();
     QSpinBox* durationStepper(const QString& name, const QString& key);
 
     void refresh(const QString& key);
@@ -107,6 +113,8 @@ private:
     StatusBadge* m_notificationBadge = nullptr;
     QPushButton* m_openNotificationSettings = nullptr;
     QLabel* m_notificationMessage = nullptr;
+    QCheckBox* m_startAtLogin = nullptr;
+    QLabel* m_startAtLoginMessage = nullptr;
 };
 
 } // namespace tolvane

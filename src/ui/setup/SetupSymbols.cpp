@@ -73,6 +73,12 @@ void drawSetupSymbol(QPainter& painter, SetupSymbol symbol, const QRectF& rect)
         painter.drawLine(at(0.3, 0.6), at(0.6, 0.6));
         break;
     }
+    case SetupSymbol::power: {
+        const QRectF ring(at(0.18, 0.22), at(0.82, 0.86));
+        painter.drawArc(ring, 120 * 16, -240 * 16);
+        painter.drawLine(at(0.5, 0.1), at(0.5, 0.5));
+        break;
+    }
     case SetupSymbol::timer:
         painter.drawEllipse(QRectF(at(0.12, 0.18), at(0.88, 0.94)));
         painter.drawLine(at(0.4, 0.06), at(0.6, 0.06));

@@ -41,6 +41,19 @@ inline QString appearanceCaption()
 {
     return QStringLiteral("Choose how Tolvane's windows appear, independent of your system setting.");
 }
+inline QString startAtLoginSection()
+{
+    return QStringLiteral("Start at Login");
+}
+inline QString startAtLogin()
+{
+    return QStringLiteral("Start Tolvane when you log in");
+}
+inline QString startAtLoginCaption()
+{
+    return QStringLiteral("Tolvane adds itself to the programs your desktop starts when you log in, so the hotkey "
+                          "works from the first minute of the day.");
+}
 inline QString passageSection()
 {
     return QStringLiteral("Passage Translation");

@@ -20,6 +20,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -46,6 +48,8 @@ struct Rig
     ScreenRecordingPermissionManager screenRecording{*platform.textRecognizer, scheduler};
     int reschedules = 0;
     std::function<void()> reschedule = [this] { ++reschedules; };
+    QTemporaryDir home;
+    QString autostartFolder = home.path() + QStringLiteral("/autostart");
 
     Rig() { preferences.registerStartupDefaults(); }
 
@@ -53,7 +57,8 @@ struct Rig
     {
         return std::make_unique<SettingsWindow>(
             SettingsWindowServices{preferences, accessibility, screenRecording, hotkeys, *platform.eventMonitor,
-                                   *platform.hotkeys, scheduler, [this] { reschedule(); }, [] { return QString(); }});
+                                   *platform.hotkeys, scheduler, [this] { reschedule(); }, [] { return QString(); },
+                                   Autostart(autostartFolder, QStringLiteral("/usr/bin/tolvane"))});
     }
     QMap<QString, PreferenceValue> stored() const { return platform.preferences->storedValues(); }
 };
@@ -250,6 +255,28 @@ private Q_SLOTS:
         QTest::mouseClick(named<QAbstractButton>(settings.get(), QStringLiteral("System")), Qt::LeftButton);
         for (QWidget* window : std::initializer_list<QWidget*>{settings.get(), &accessibility, &screen})
             QTRY_COMPARE(window->palette().color(QPalette::Window), desktopWindow);
+    }
+
+    void startAtLoginWritesItsEntryOrTurnsBackAndSaysWhy()
+    {
+        Rig rig;
+        auto window = rig.window();
+        auto* toggle = named<QCheckBox>(window.get(), QStringLiteral("Start Tolvane when you log in"));
+        QVERIFY(toggle && !toggle->isChecked());
+        toggle->click();
+        QVERIFY(QFile::exists(rig.autostartFolder + QStringLiteral("/tolvane.desktop")));
+        toggle->click();
+        QVERIFY(!QFile::exists(rig.autostartFolder + QStringLiteral("/tolvane.desktop")));
+        // A file where the folder should be: the switch turns back and the window says why.
+        QVERIFY(QDir(rig.autostartFolder).removeRecursively());
+        QFile blocker(rig.autostartFolder);
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        toggle->click();
+        QVERIFY(!toggle->isChecked());
+        auto* message = named<QLabel>(window.get(), QStringLiteral("Start at login message"));
+        QVERIFY(message && !message->isHidden());
+        QVERIFY2(message->text().contains(rig.autostartFolder), qPrintable(message->text()));
     }
 
     void permissionWindowFollowsAGrantWithinOnePoll()
