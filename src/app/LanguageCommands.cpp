@@ -4,9 +4,7 @@
 #include "core/translation/DirectionDetection.h"
 #include "core/translation/LanguageTable.h"
 #include "core/translation/PartOfSpeech.h"
-#include "platform/linux/language/IcuMecabTransliterator.h"
-#include "platform/linux/language/LanguageModelRecognizer.h"
-#include "platform/linux/language/WordNetLexicalTagger.h"
+#include "platform/linux/PlatformFactory.h"
 
 #include <QTextStream>
 
@@ -57,7 +55,8 @@ int runDetectCommand(const QStringList& arguments)
     const TargetAndText parsed = parseTargetAndText(arguments);
     if (!parsed.valid)
         return usage("detect --target CODE TEXT…");
-    const LanguageModelRecognizer recognizer(LanguageModelRecognizer::defaultModelDirectory());
+    const std::unique_ptr<LanguageRecognizer> recognizerOwner = createLanguageRecognizer();
+    const LanguageRecognizer& recognizer = *recognizerOwner;
     const DetectedDirection direction = detectDirection(parsed.text, parsed.target, recognizer);
     const QString english = englishLanguageCode();
     const LanguageHypotheses hypotheses = recognizer.recognize(parsed.text.trimmed(), {english, parsed.target});
@@ -73,8 +72,7 @@ int runReadingCommand(const QStringList& arguments)
     const TargetAndText parsed = parseTargetAndText(arguments);
     if (!parsed.valid)
         return usage("reading --target CODE TEXT…");
-    const IcuMecabTransliterator transliterator;
-    if (const auto reading = pronunciationReading(parsed.text, parsed.target, transliterator))
+    if (const auto reading = pronunciationReading(parsed.text, parsed.target, *createTransliterator()))
         QTextStream(stdout) << *reading << '\n';
     return 0;
 }
@@ -83,8 +81,7 @@ int runPosCommand(const QStringList& arguments)
 {
     if (arguments.size() != 2 || arguments[1].trimmed().isEmpty())
         return usage("pos SENTENCE WORD");
-    const WordNetLexicalTagger tagger(WordNetLexicalTagger::defaultLexiconPath());
-    if (const auto abbreviation = partOfSpeechOf(arguments[1].trimmed(), arguments[0], tagger))
+    if (const auto abbreviation = partOfSpeechOf(arguments[1].trimmed(), arguments[0], *createLexicalTagger()))
         QTextStream(stdout) << *abbreviation << '\n';
     return 0;
 }

@@ -2,11 +2,8 @@
 #include "app/TranslateCommand.h"
 
 #include "core/setup/Preferences.h"
-#include "core/support/AppPaths.h"
 #include "core/translation/DirectionDetection.h"
-#include "platform/linux/JsonFilePreferenceStore.h"
-#include "platform/linux/language/LanguageModelRecognizer.h"
-#include "platform/linux/translation/DictionaryTranslationEngine.h"
+#include "platform/linux/PlatformFactory.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -51,10 +48,9 @@ int runTranslateCommand(const QStringList& arguments)
     }
     const bool targetGiven = !to.isEmpty();
     if (!targetGiven) {
-        JsonFilePreferenceStore store(configDirectory() + QStringLiteral("/preferences.json"));
-        to = Preferences(store).targetLanguage();
+        to = Preferences(*createPreferenceStore()).targetLanguage();
     }
-    DictionaryTranslationEngine engine;
+    const std::unique_ptr<TranslationEngine> engine = createTranslationEngine();
     // Only the language of a code matters to the dictionaries ("zh-Hans" reads zh).
     const QString target = to.section(QLatin1Char('-'), 0, 0).toLower();
     const QString english = QStringLiteral("en");
@@ -62,8 +58,7 @@ int runTranslateCommand(const QStringList& arguments)
     QString destination;
     if (from.isEmpty()) {
         // The same decision the card makes, so the line printed is the card's.
-        const LanguageModelRecognizer recognizer(LanguageModelRecognizer::defaultModelDirectory());
-        const LanguagePair pair = languagePair(detectDirection(text, to, recognizer), to);
+        const LanguagePair pair = languagePair(detectDirection(text, to, *createLanguageRecognizer()), to);
         source = pair.source.section(QLatin1Char('-'), 0, 0).toLower();
         destination = pair.target.section(QLatin1Char('-'), 0, 0).toLower();
     } else {
@@ -71,7 +66,7 @@ int runTranslateCommand(const QStringList& arguments)
         destination = (targetGiven || source == english) ? target : english;
     }
 
-    auto translated = engine.translate(text, source, destination);
+    auto translated = engine->translate(text, source, destination);
     if (!json) {
         if (!translated) {
             err << translated.error().message << '\n';
@@ -86,7 +81,7 @@ int runTranslateCommand(const QStringList& arguments)
         answer.insert(QStringLiteral("translation"), translated.value());
     else
         answer.insert(QStringLiteral("error"), translated.error().message);
-    if (auto word = engine.lookUpWord(text, source, destination)) {
+    if (auto word = engine->lookUpWord(text, source, destination)) {
         answer.insert(QStringLiteral("lemma"), word.value().lemma);
         answer.insert(QStringLiteral("lexicalClass"), word.value().lexicalClass);
         QJsonArray candidates;

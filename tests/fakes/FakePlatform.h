@@ -326,6 +326,14 @@ public:
             return *it;
         return Error{QStringLiteral("No translation for ") + text};
     }
+    // One sense of the comma-separated translation.
+    Result<WordTranslation> lookUpWord(const QString& word, const QString& source, const QString& target) override
+    {
+        const Result<QString> gloss = translate(word, source, target);
+        if (!gloss.ok())
+            return gloss.error();
+        return WordTranslation{word, word, {}, {{{}, gloss.value().split(QStringLiteral(", "))}}};
+    }
 };
 
 class FakeNotificationCenter final : public NotificationCenter

@@ -21,6 +21,31 @@
 
 namespace tolvane {
 
+std::unique_ptr<PreferenceStore> createPreferenceStore()
+{
+    return std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
+}
+
+std::unique_ptr<TranslationEngine> createTranslationEngine()
+{
+    return std::make_unique<DictionaryTranslationEngine>();
+}
+
+std::unique_ptr<LanguageRecognizer> createLanguageRecognizer()
+{
+    return std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
+}
+
+std::unique_ptr<LexicalTagger> createLexicalTagger()
+{
+    return std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
+}
+
+std::unique_ptr<Transliterator> createTransliterator()
+{
+    return std::make_unique<IcuMecabTransliterator>();
+}
+
 PlatformServices createPlatformServices()
 {
     PlatformServices services = createNullPlatform();
@@ -28,8 +53,7 @@ PlatformServices createPlatformServices()
         return services;
 
     services.name = QStringLiteral("linux");
-    services.preferences =
-        std::make_unique<JsonFilePreferenceStore>(configDirectory() + QStringLiteral("/preferences.json"));
+    services.preferences = createPreferenceStore();
     services.screens = std::make_unique<QtScreenService>();
     services.workspace = std::make_unique<DesktopWorkspace>();
     services.notifications = DesktopNotificationCenter::forSessionBus();
@@ -40,14 +64,13 @@ PlatformServices createPlatformServices()
     services.accessibility = std::make_unique<AtspiAccessibilityService>();
     services.textRecognizer = std::make_unique<TesseractScreenTextRecognizer>();
     services.spellChecker = std::make_unique<HunspellSpellChecker>();
-    services.languageRecognizer =
-        std::make_unique<LanguageModelRecognizer>(LanguageModelRecognizer::defaultModelDirectory());
-    services.lexicalTagger = std::make_unique<WordNetLexicalTagger>(WordNetLexicalTagger::defaultLexiconPath());
-    services.transliterator = std::make_unique<IcuMecabTransliterator>();
+    services.languageRecognizer = createLanguageRecognizer();
+    services.lexicalTagger = createLexicalTagger();
+    services.transliterator = createTransliterator();
     const Transliterator* transliterator = services.transliterator.get();
     services.speech = std::make_unique<DesktopSpeechSynthesizer>(
         [transliterator](const QString& text) { return transliterator->hiragana(text); });
-    services.translationEngine = std::make_unique<DictionaryTranslationEngine>();
+    services.translationEngine = createTranslationEngine();
     return services;
 }
 

@@ -10,4 +10,12 @@ namespace tolvane {
 // TOLVANE_PLATFORM=null.
 PlatformServices createPlatformServices();
 
+// The real services a command uses without a display, one at a time, so that a command depends
+// on the interfaces alone.
+std::unique_ptr<PreferenceStore> createPreferenceStore();
+std::unique_ptr<TranslationEngine> createTranslationEngine();
+std::unique_ptr<LanguageRecognizer> createLanguageRecognizer();
+std::unique_ptr<LexicalTagger> createLexicalTagger();
+std::unique_ptr<Transliterator> createTransliterator();
+
 } // namespace tolvane

@@ -2,5 +2,3 @@
 # The offline translation engine: MeCab for Japanese words.
 find_library(MECAB_LIBRARY mecab REQUIRED)
 target_link_libraries(${fragment_target} PRIVATE ${MECAB_LIBRARY})
-# Where scripts/setup compiles the dictionaries when the program runs from a build tree.
-target_compile_definitions(${fragment_target} PRIVATE TOLVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

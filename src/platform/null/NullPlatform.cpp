@@ -58,8 +58,13 @@ Result<void> NullTranslationEngine::prepare(const QString& sourceCode, const QSt
 
 Result<QString> NullTranslationEngine::translate(const QString&, const QString& sourceCode, const QString& targetCode)
 {
-    return Error{
-        QStringLiteral("No translation is available for %1 → %2 in this session.").arg(sourceCode, targetCode)};
+    return prepare(sourceCode, targetCode).error();
+}
+
+Result<WordTranslation> NullTranslationEngine::lookUpWord(const QString&, const QString& sourceCode,
+                                                          const QString& targetCode)
+{
+    return prepare(sourceCode, targetCode).error();
 }
 
 void NullNotificationCenter::add(const NotificationRequest&, Completion completion)

@@ -112,6 +112,7 @@ public:
     }
     Result<void> prepare(const QString& sourceCode, const QString& targetCode) override;
     Result<QString> translate(const QString&, const QString& sourceCode, const QString& targetCode) override;
+    Result<WordTranslation> lookUpWord(const QString&, const QString& sourceCode, const QString& targetCode) override;
 };
 
 class NullNotificationCenter final : public NotificationCenter

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
 
+#include "core/support/AppPaths.h"
+
 #include "core/support/Logging.h"
 #include "platform/linux/translation/ApertiumPassageTranslator.h"
 #include "platform/linux/translation/DictionaryFile.h"
@@ -73,13 +75,6 @@ constexpr qsizetype longestPassage = 20000;
 
 } // namespace
 
-QString WordTranslation::gloss() const
-{
-    if (senses.isEmpty())
-        return {};
-    return senses.first().translations.mid(0, 3).join(QStringLiteral(", "));
-}
-
 DictionaryTranslationEngine::DictionaryTranslationEngine(QStringList directories)
     : m_directories(std::move(directories))
 {}
@@ -93,11 +88,8 @@ QStringList DictionaryTranslationEngine::defaultDirectories()
     const QString fromEnvironment = qEnvironmentVariable("TOLVANE_DICTIONARY_DIR");
     if (!fromEnvironment.isEmpty())
         return {fromEnvironment};
-    if (QCoreApplication::instance())
-        dirs.append(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tolvane/dictionaries"));
-#ifdef TOLVANE_SOURCE_DIR
-    dirs.append(QStringLiteral(TOLVANE_SOURCE_DIR "/data/dictionaries"));
-#endif
+    // Beside the executable, installed or in the build tree (which links to the compiled ones).
+    dirs.append(installedDataDirectory() + QStringLiteral("/dictionaries"));
     QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
     if (dataHome.isEmpty())
         dataHome = QDir::homePath() + QStringLiteral("/.local/share");

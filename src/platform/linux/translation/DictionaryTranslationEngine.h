@@ -15,23 +15,6 @@ namespace tolvane {
 class DictionaryFile;
 class JapaneseAnalyzer;
 
-// What the dictionary says about one word: the form that was found, its lexical class and the
-// ranked senses, best first. gloss() is what a card shows.
-struct WordTranslation
-{
-    struct Sense
-    {
-        QString lexicalClass; // "n", "v", "adj", … or empty
-        QStringList translations;
-    };
-    QString word;
-    QString lemma;
-    QString lexicalClass;
-    QList<Sense> senses;
-
-    QString gloss() const;
-};
-
 // The offline engine: one compiled dictionary per direction (see tools/dictionaries), looked up
 // by exact form, then case-folded, then through the form's lemma. Passages are glossed word by
 // word, keeping the words it cannot translate.
@@ -42,9 +25,9 @@ public:
     explicit DictionaryTranslationEngine(QStringList directories = defaultDirectories());
     ~DictionaryTranslationEngine() override;
 
-    // $TOLVANE_DICTIONARY_DIR alone when it is set; otherwise the installed
-    // share/tolvane/dictionaries next to the program, the source tree's data/dictionaries (where
-    // scripts/setup compiles them), and $XDG_DATA_HOME/tolvane/dictionaries.
+    // $TOLVANE_DICTIONARY_DIR alone when it is set; otherwise share/tolvane/dictionaries beside
+    // the program (installed, or the build tree's link to where scripts/setup compiles them), and
+    // $XDG_DATA_HOME/tolvane/dictionaries.
     static QStringList defaultDirectories();
     static QString pairKey(const QString& sourceCode, const QString& targetCode);
 
@@ -52,8 +35,8 @@ public:
     Result<void> prepare(const QString& sourceCode, const QString& targetCode) override;
     Result<QString> translate(const QString& text, const QString& sourceCode, const QString& targetCode) override;
 
-    // The full answer for one word; an error when the pair is not installed or the word unknown.
-    Result<WordTranslation> lookUpWord(const QString& word, const QString& sourceCode, const QString& targetCode);
+    Result<WordTranslation> lookUpWord(const QString& word, const QString& sourceCode,
+                                       const QString& targetCode) override;
     // Where the pair's file is, or empty when it is not installed.
     QString dictionaryPath(const QString& sourceCode, const QString& targetCode) const;
 
