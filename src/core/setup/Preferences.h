@@ -3,6 +3,7 @@
 
 #include "core/setup/AppearanceMode.h"
 #include "core/setup/PreferenceKeys.h"
+#include "core/translation/LanguageTable.h"
 #include "platform/PreferenceStore.h"
 
 #include <QList>
@@ -43,7 +44,7 @@ public:
     static constexpr double defaultWordOverlayDurationSeconds = 5.0;
     static constexpr double defaultPassageOverlayDurationSeconds = 3.0;
     static constexpr double defaultNotificationIntervalHours = 4.0;
-    static inline const QString defaultTargetLanguage = QStringLiteral("ru");
+    static inline const QString defaultTargetLanguage = defaultTargetLanguageCode();
 
     explicit Preferences(PreferenceStore& store, QObject* parent = nullptr);
 

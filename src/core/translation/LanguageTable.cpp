@@ -78,6 +78,37 @@ QString languageShortName(const QString& code)
     return code.toUpper();
 }
 
+QString languageSubtag(const QString& code)
+{
+    const QString language = code.section(QLatin1Char('-'), 0, 0).section(QLatin1Char('_'), 0, 0).toLower();
+    return language.isEmpty() ? QStringLiteral("?") : language;
+}
+
+QString pairKey(const QString& sourceCode, const QString& targetCode)
+{
+    return languageSubtag(sourceCode) + QLatin1Char('-') + languageSubtag(targetCode);
+}
+
+bool isLearningLanguage(const QString& subtag)
+{
+    for (const LanguageColumns& row : languageColumns()) {
+        if (languageSubtag(row.option.code) == subtag)
+            return true;
+    }
+    return false;
+}
+
+QString languageNameOfSubtag(const QString& subtag)
+{
+    if (subtag == englishLanguageCode())
+        return QStringLiteral("English");
+    for (const LanguageColumns& row : languageColumns()) {
+        if (languageSubtag(row.option.code) == subtag)
+            return QString::fromLatin1(row.shortName);
+    }
+    return subtag.toUpper();
+}
+
 QString labelCode(const QString& code)
 {
     if (code == QLatin1String("zh-Hans"))

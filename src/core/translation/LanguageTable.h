@@ -36,6 +36,16 @@ bool isDetectionExcluded(const QString& code);
 
 // "Chinese", "French", …; the code in upper case outside the table.
 QString languageShortName(const QString& code);
+
+// The language alone, in lower case: "zh-Hans" → "zh", "pt_BR" → "pt"; "?" for no code.
+QString languageSubtag(const QString& code);
+// The one key of a pair of languages, as translation sessions and dictionary files are named:
+// "en-zh" for English → "zh-Hans".
+QString pairKey(const QString& sourceCode, const QString& targetCode);
+// Whether a language subtag ("zh", "fr", …) is one of the learning languages.
+bool isLearningLanguage(const QString& subtag);
+// "English", "Chinese", …, by language subtag; the subtag in upper case outside the table.
+QString languageNameOfSubtag(const QString& subtag);
 // "ZH" for "zh-Hans", otherwise the code in upper case.
 QString labelCode(const QString& code);
 // "fr-FR", "pt-BR", …; a code outside the table passes through.

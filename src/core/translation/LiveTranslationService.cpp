@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/translation/LiveTranslationService.h"
+
 #include "core/support/EnumNames.h"
+#include "core/translation/LanguageTable.h"
 
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
@@ -9,15 +11,7 @@ TOLVANE_DEFINE_LOG(lcLiveTranslation, "LiveTranslationService")
 
 namespace tolvane {
 
-namespace {
-
-QString languageCodeOf(const QString& code)
-{
-    const QString language = code.section(QLatin1Char('-'), 0, 0).section(QLatin1Char('_'), 0, 0);
-    return language.isEmpty() ? QStringLiteral("?") : language;
-}
-
-} // namespace
+namespace {} // namespace
 
 constexpr EnumNames availabilityNames{std::array{
     std::pair{LanguageAvailability::unsupported, "unsupported"},
@@ -50,7 +44,7 @@ LiveTranslationService::~LiveTranslationService()
 
 QString LiveTranslationService::pairKey(const QString& sourceCode, const QString& targetCode)
 {
-    return languageCodeOf(sourceCode) + QLatin1Char('-') + languageCodeOf(targetCode);
+    return tolvane::pairKey(sourceCode, targetCode);
 }
 
 template <typename T> void LiveTranslationService::offMainThread(std::function<T()> work, std::function<void(T)> answer)

@@ -2,6 +2,7 @@
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
 
 #include "core/support/AppPaths.h"
+#include "core/translation/LanguageTable.h"
 
 #include "core/support/Logging.h"
 #include "platform/linux/translation/ApertiumPassageTranslator.h"
@@ -22,36 +23,10 @@ namespace tolvane {
 
 namespace {
 
-const QStringList& learningLanguages()
-{
-    static const QStringList codes = {QStringLiteral("zh"), QStringLiteral("fr"), QStringLiteral("de"),
-                                      QStringLiteral("it"), QStringLiteral("ja"), QStringLiteral("ko"),
-                                      QStringLiteral("pt"), QStringLiteral("ru"), QStringLiteral("es")};
-    return codes;
-}
-
-// "zh-Hans" -> "zh": only the language enters file names and pair keys.
-QString languageOf(const QString& code)
-{
-    const QString language = code.section(QLatin1Char('-'), 0, 0).section(QLatin1Char('_'), 0, 0).toLower();
-    return language.isEmpty() ? QStringLiteral("?") : language;
-}
-
-QString languageName(const QString& language)
-{
-    static const QHash<QString, QString> names = {
-        {QStringLiteral("en"), QStringLiteral("English")}, {QStringLiteral("zh"), QStringLiteral("Chinese")},
-        {QStringLiteral("fr"), QStringLiteral("French")},  {QStringLiteral("de"), QStringLiteral("German")},
-        {QStringLiteral("it"), QStringLiteral("Italian")}, {QStringLiteral("ja"), QStringLiteral("Japanese")},
-        {QStringLiteral("ko"), QStringLiteral("Korean")},  {QStringLiteral("pt"), QStringLiteral("Portuguese")},
-        {QStringLiteral("ru"), QStringLiteral("Russian")}, {QStringLiteral("es"), QStringLiteral("Spanish")}};
-    return names.value(language, language.toUpper());
-}
-
 bool isSupportedPair(const QString& source, const QString& target)
 {
-    return (source == QLatin1String("en") && learningLanguages().contains(target)) ||
-           (target == QLatin1String("en") && learningLanguages().contains(source));
+    return (source == QLatin1String("en") && isLearningLanguage(target)) ||
+           (target == QLatin1String("en") && isLearningLanguage(source));
 }
 
 bool writtenWithoutSpaces(const QString& language)
@@ -97,14 +72,9 @@ QStringList DictionaryTranslationEngine::defaultDirectories()
     return dirs;
 }
 
-QString DictionaryTranslationEngine::pairKey(const QString& sourceCode, const QString& targetCode)
-{
-    return languageOf(sourceCode) + QLatin1Char('-') + languageOf(targetCode);
-}
-
 QString DictionaryTranslationEngine::dictionaryPath(const QString& sourceCode, const QString& targetCode) const
 {
-    const QString file = pairKey(sourceCode, targetCode) + QStringLiteral(".tdict");
+    const QString file = tolvane::pairKey(sourceCode, targetCode) + QStringLiteral(".tdict");
     for (const QString& dir : m_directories) {
         const QString path = QDir(dir).filePath(file);
         if (QFileInfo(path).isFile())
@@ -116,7 +86,7 @@ QString DictionaryTranslationEngine::dictionaryPath(const QString& sourceCode, c
 LanguageAvailability DictionaryTranslationEngine::availability(const QString& sourceCode,
                                                                const QString& targetCode) const
 {
-    if (!isSupportedPair(languageOf(sourceCode), languageOf(targetCode)))
+    if (!isSupportedPair(languageSubtag(sourceCode), languageSubtag(targetCode)))
         return LanguageAvailability::unsupported;
     return dictionaryPath(sourceCode, targetCode).isEmpty() ? LanguageAvailability::supported
                                                             : LanguageAvailability::installed;
@@ -124,17 +94,17 @@ LanguageAvailability DictionaryTranslationEngine::availability(const QString& so
 
 Result<DictionaryFile*> DictionaryTranslationEngine::pair(const QString& sourceCode, const QString& targetCode)
 {
-    const QString key = pairKey(sourceCode, targetCode);
+    const QString key = tolvane::pairKey(sourceCode, targetCode);
     if (auto it = m_pairs.constFind(key); it != m_pairs.cend())
         return it->get();
-    const QString source = languageOf(sourceCode), target = languageOf(targetCode);
+    const QString source = languageSubtag(sourceCode), target = languageSubtag(targetCode);
     if (!isSupportedPair(source, target))
-        return Error{
-            QStringLiteral("Tolvane cannot translate from %1 to %2.").arg(languageName(source), languageName(target))};
+        return Error{QStringLiteral("Tolvane cannot translate from %1 to %2.")
+                         .arg(languageNameOfSubtag(source), languageNameOfSubtag(target))};
     const QString path = dictionaryPath(sourceCode, targetCode);
     if (path.isEmpty())
         return Error{QStringLiteral("The %1 → %2 dictionary is not installed. Run scripts/setup.")
-                         .arg(languageName(source), languageName(target))};
+                         .arg(languageNameOfSubtag(source), languageNameOfSubtag(target))};
     auto opened = DictionaryFile::open(path);
     if (!opened)
         return opened.error();
@@ -165,13 +135,13 @@ Result<QString> DictionaryTranslationEngine::translate(const QString& text, cons
         return Error{QStringLiteral("There is no text to translate.")};
     if (!hasLetter(trimmed))
         return Error{QStringLiteral("“%1” has no words to translate.").arg(trimmed.left(40))};
-    const QString source = languageOf(sourceCode);
+    const QString source = languageSubtag(sourceCode);
     if (auto word = lookUp(*loaded.value(), trimmed, source))
         return word->gloss();
     const QString cut = trimmed.left(longestPassage);
-    if (auto sentence = ApertiumPassageTranslator::translate(cut, source, languageOf(targetCode)))
+    if (auto sentence = ApertiumPassageTranslator::translate(cut, source, languageSubtag(targetCode)))
         return *sentence;
-    const QString passage = glossPassage(*loaded.value(), cut, source, languageOf(targetCode));
+    const QString passage = glossPassage(*loaded.value(), cut, source, languageSubtag(targetCode));
     if (passage.isEmpty())
         return Error{QStringLiteral("No translation found for “%1”.").arg(trimmed.left(40))};
     return passage;
@@ -184,7 +154,7 @@ Result<WordTranslation> DictionaryTranslationEngine::lookUpWord(const QString& w
     auto loaded = pair(sourceCode, targetCode);
     if (!loaded)
         return loaded.error();
-    if (auto found = lookUp(*loaded.value(), word.trimmed(), languageOf(sourceCode)))
+    if (auto found = lookUp(*loaded.value(), word.trimmed(), languageSubtag(sourceCode)))
         return *found;
     return Error{QStringLiteral("No translation found for “%1”.").arg(word.trimmed().left(40))};
 }

@@ -29,7 +29,6 @@ public:
     // the program (installed, or the build tree's link to where scripts/setup compiles them), and
     // $XDG_DATA_HOME/tolvane/dictionaries.
     static QStringList defaultDirectories();
-    static QString pairKey(const QString& sourceCode, const QString& targetCode);
 
     LanguageAvailability availability(const QString& sourceCode, const QString& targetCode) const override;
     Result<void> prepare(const QString& sourceCode, const QString& targetCode) override;
