@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A new user goes through the first-run guide of the real program, finding every control by its
 // accessible name on the accessibility bus, as a screen reader would, and pressing it there.
+#include "x11/AccessibleTree.h"
+
 #include <atspi/atspi.h>
 
 #include <QDir>
@@ -15,53 +17,32 @@
 #include <functional>
 #include <memory>
 
+using namespace tolvane::testing;
+
 namespace {
-
-struct Unref
-{
-    void operator()(void* object) const
-    {
-        if (object)
-            g_object_unref(object);
-    }
-};
-using Accessible = std::unique_ptr<AtspiAccessible, Unref>;
-
-QString takeText(gchar* text)
-{
-    const QString result = QString::fromUtf8(text ? text : "");
-    g_free(text);
-    return result;
-}
-
-QString nameOf(AtspiAccessible* node)
-{
-    return takeText(atspi_accessible_get_name(node, nullptr));
-}
 
 bool isShowing(AtspiAccessible* node)
 {
-    std::unique_ptr<AtspiStateSet, Unref> states(atspi_accessible_get_state_set(node));
-    return states && atspi_state_set_contains(states.get(), ATSPI_STATE_SHOWING);
+    return hasState(node, ATSPI_STATE_SHOWING);
 }
 
 // The first showing element under node whose name is name (any, when empty; or any name that
 // starts with it, when it ends in "…") and whose role is role (any, when invalid).
-Accessible find(AtspiAccessible* node, const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int depth = 0)
+AccessiblePtr find(AtspiAccessible* node, const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int depth = 0)
 {
     const bool prefix = name.size() > 1 && name.endsWith(u'…');
     if (depth > 30)
         return nullptr;
     const int count = atspi_accessible_get_child_count(node, nullptr);
     for (int i = 0; i < count; ++i) {
-        Accessible child(atspi_accessible_get_child_at_index(node, i, nullptr));
+        AccessiblePtr child(atspi_accessible_get_child_at_index(node, i, nullptr));
         if (!child || !isShowing(child.get()))
             continue;
         const QString childName = nameOf(child.get());
         const bool named = name.isEmpty() || childName == name || (prefix && childName.startsWith(name.chopped(1)));
         if (named && (role == ATSPI_ROLE_INVALID || atspi_accessible_get_role(child.get(), nullptr) == role))
             return child;
-        if (Accessible found = find(child.get(), name, role, depth + 1))
+        if (AccessiblePtr found = find(child.get(), name, role, depth + 1))
             return found;
     }
     return nullptr;
@@ -69,20 +50,20 @@ Accessible find(AtspiAccessible* node, const QString& name, AtspiRole role = ATS
 
 bool press(AtspiAccessible* node)
 {
-    std::unique_ptr<AtspiAction, Unref> action(atspi_accessible_get_action_iface(node));
+    std::unique_ptr<AtspiAction, GObjectUnref> action(atspi_accessible_get_action_iface(node));
     return action && atspi_action_do_action(action.get(), 0, nullptr);
 }
 
 bool isEnabled(AtspiAccessible* node)
 {
-    std::unique_ptr<AtspiStateSet, Unref> states(atspi_accessible_get_state_set(node));
+    std::unique_ptr<AtspiStateSet, GObjectUnref> states(atspi_accessible_get_state_set(node));
     return states && atspi_state_set_contains(states.get(), ATSPI_STATE_ENABLED);
 }
 
 // A real click in the middle of an element, where the bus says it is on the screen.
 void click(AtspiAccessible* node)
 {
-    std::unique_ptr<AtspiComponent, Unref> component(atspi_accessible_get_component_iface(node));
+    std::unique_ptr<AtspiComponent, GObjectUnref> component(atspi_accessible_get_component_iface(node));
     QVERIFY(component);
     std::unique_ptr<AtspiRect, decltype(&g_free)> r(
         atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr), &g_free);
@@ -101,21 +82,21 @@ class TestGuideWalkthrough final : public QObject
 
     QTemporaryDir m_profile;
     QProcess m_tolvane;
-    Accessible m_app;
+    AccessiblePtr m_app;
 
-    Accessible application()
+    AccessiblePtr application()
     {
-        Accessible desktop(atspi_get_desktop(0));
+        AccessiblePtr desktop(atspi_get_desktop(0));
         const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
         for (int i = 0; i < count; ++i) {
-            Accessible app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
+            AccessiblePtr app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
             if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == m_tolvane.processId())
                 return app;
         }
         return nullptr;
     }
     // The guide's window, waiting for it to come up.
-    Accessible guideWindow(int timeoutMs = 15000)
+    AccessiblePtr guideWindow(int timeoutMs = 15000)
     {
         QElapsedTimer clock;
         clock.start();
@@ -123,20 +104,20 @@ class TestGuideWalkthrough final : public QObject
             if (!m_app)
                 m_app = application();
             if (m_app) {
-                if (Accessible window = find(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29))
+                if (AccessiblePtr window = find(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29))
                     return window;
             }
             QTest::qWait(100);
         }
         return nullptr;
     }
-    Accessible waitFor(const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int timeoutMs = 15000)
+    AccessiblePtr waitFor(const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int timeoutMs = 15000)
     {
         QElapsedTimer clock;
         clock.start();
         while (clock.elapsed() < timeoutMs) {
-            if (Accessible window = guideWindow(timeoutMs)) {
-                if (Accessible found = find(window.get(), name, role))
+            if (AccessiblePtr window = guideWindow(timeoutMs)) {
+                if (AccessiblePtr found = find(window.get(), name, role))
                     return found;
             }
             QTest::qWait(100);
@@ -145,7 +126,7 @@ class TestGuideWalkthrough final : public QObject
     }
     void pressButton(const QString& name)
     {
-        Accessible button = waitFor(name);
+        AccessiblePtr button = waitFor(name);
         QVERIFY2(button, qPrintable(name + QStringLiteral(" is not on the screen")));
         QTRY_VERIFY(isEnabled(button.get()));
         QVERIFY2(press(button.get()), qPrintable(name + QStringLiteral(" could not be pressed")));
@@ -230,7 +211,7 @@ private Q_SLOTS:
         QVERIFY(waitFor(QStringLiteral("Step 2 of 5")));
 
         // Continue waits for the language's model.
-        Accessible next = waitFor(QStringLiteral("Continue"), ATSPI_ROLE_PUSH_BUTTON);
+        AccessiblePtr next = waitFor(QStringLiteral("Continue"), ATSPI_ROLE_PUSH_BUTTON);
         QVERIFY(next && !isEnabled(next.get()));
         pressButton(QStringLiteral("German"));
         QVERIFY2(waitFor(QStringLiteral("Download failed")), "A damaged dictionary did not fail the preparation");
@@ -250,10 +231,10 @@ private Q_SLOTS:
 
         // The reminder frequency, picked from the opened list.
         QVERIFY(waitFor(QStringLiteral("Step 4 of 5")));
-        Accessible picker = waitFor(QString(), ATSPI_ROLE_COMBO_BOX);
+        AccessiblePtr picker = waitFor(QString(), ATSPI_ROLE_COMBO_BOX);
         QVERIFY(picker);
         click(picker.get());
-        Accessible choice;
+        AccessiblePtr choice;
         QTRY_VERIFY((choice = find(m_app.get(), QStringLiteral("Every 1 hour"))) != nullptr);
         click(choice.get());
         QTRY_COMPARE(preferences().value(QStringLiteral("notificationIntervalHours")).toDouble(), 1.0);

@@ -34,10 +34,14 @@
 #include <cstdio>
 #include <memory>
 
+#include "x11/AccessibleTree.h"
+
 #include <atspi/atspi.h>
 
 using namespace tolvane;
 using State = HoverOverlayView::State;
+
+using namespace tolvane::testing;
 
 namespace {
 
@@ -195,19 +199,6 @@ int showCardMain(int argc, char** argv)
     std::printf("ready\n");
     std::fflush(stdout);
     return app.exec();
-}
-
-struct GObjectDeleter
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
-
-QString takeText(gchar* text)
-{
-    const QString result = QString::fromUtf8(text ? text : "");
-    g_free(text);
-    return result;
 }
 
 // "role: name" of every element under an accessible, depth first.

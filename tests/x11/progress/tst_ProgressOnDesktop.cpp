@@ -24,6 +24,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "x11/AccessibleTree.h"
+
 #include <atspi/atspi.h>
 
 #include <memory>
@@ -32,25 +34,9 @@
 using namespace tolvane;
 namespace t = progress_texts;
 
+using namespace tolvane::testing;
+
 namespace {
-
-struct GObjectDeleter
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
-
-QString takeString(gchar* text)
-{
-    const QString result = QString::fromUtf8(text ? text : "");
-    g_free(text);
-    return result;
-}
-
-QString nameOf(AtspiAccessible* accessible)
-{
-    return takeString(atspi_accessible_get_name(accessible, nullptr));
-}
 
 void collectNames(AtspiAccessible* accessible, int depth, QStringList& names)
 {
@@ -92,7 +78,7 @@ StatsWindows statsWindows()
                 continue;
             if (found.count++ == 0) {
                 collectNames(window.get(), 0, found.names);
-                std::unique_ptr<AtspiStateSet, GObjectDeleter> states{atspi_accessible_get_state_set(window.get())};
+                std::unique_ptr<AtspiStateSet, GObjectUnref> states{atspi_accessible_get_state_set(window.get())};
                 found.active = states && atspi_state_set_contains(states.get(), ATSPI_STATE_ACTIVE);
             }
         }

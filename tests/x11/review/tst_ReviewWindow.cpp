@@ -10,19 +10,17 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "x11/AccessibleTree.h"
+
 #include <atspi/atspi.h>
 
 #include <memory>
 
 using namespace tolvane;
 
-namespace {
+using namespace tolvane::testing;
 
-struct GObjectDeleter
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
+namespace {
 
 struct Element
 {
@@ -33,26 +31,19 @@ struct Element
     bool enabled = false;
 };
 
-QString takeString(gchar* text)
-{
-    const QString result = QString::fromUtf8(text ? text : "");
-    g_free(text);
-    return result;
-}
-
 Element describe(AtspiAccessible* accessible)
 {
     Element e;
-    e.name = takeString(atspi_accessible_get_name(accessible, nullptr));
-    e.description = takeString(atspi_accessible_get_description(accessible, nullptr));
+    e.name = takeText(atspi_accessible_get_name(accessible, nullptr));
+    e.description = takeText(atspi_accessible_get_description(accessible, nullptr));
     e.role = atspi_accessible_get_role(accessible, nullptr);
-    if (std::unique_ptr<AtspiComponent, GObjectDeleter> component{atspi_accessible_get_component_iface(accessible)}) {
+    if (std::unique_ptr<AtspiComponent, GObjectUnref> component{atspi_accessible_get_component_iface(accessible)}) {
         if (AtspiRect* rect = atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr)) {
             e.extents = QRect(rect->x, rect->y, rect->width, rect->height);
             g_free(rect);
         }
     }
-    if (std::unique_ptr<AtspiStateSet, GObjectDeleter> states{atspi_accessible_get_state_set(accessible)})
+    if (std::unique_ptr<AtspiStateSet, GObjectUnref> states{atspi_accessible_get_state_set(accessible)})
         e.enabled = atspi_state_set_contains(states.get(), ATSPI_STATE_SENSITIVE);
     return e;
 }
@@ -85,7 +76,7 @@ QList<Element> reviewWindow()
         const int windows = atspi_accessible_get_child_count(application.get(), nullptr);
         for (int w = 0; w < windows; ++w) {
             AccessiblePtr window(atspi_accessible_get_child_at_index(application.get(), w, nullptr));
-            if (window && takeString(atspi_accessible_get_name(window.get(), nullptr)) == QLatin1String("Review Deck"))
+            if (window && takeText(atspi_accessible_get_name(window.get(), nullptr)) == QLatin1String("Review Deck"))
                 collect(window.get(), 0, found);
         }
     }
