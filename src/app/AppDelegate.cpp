@@ -2,20 +2,20 @@
 #include "app/AppDelegate.h"
 #include "app/ReviewWiring.h"
 
-#include "app/ProgressWiring.h"
 #include "app/GuideWiring.h"
-#include "app/SettingsWiring.h"
 #include "app/LookupWiring.h"
+#include "app/ProgressWiring.h"
+#include "app/SettingsWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/review/NotificationScheduler.h"
 #include "core/review/ReminderResponder.h"
+#include "core/setup/AccessibilityPermissionManager.h"
 #include "core/setup/Preferences.h"
+#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
 #include "platform/PlatformServices.h"
@@ -64,7 +64,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_reminders->registerCategories();
 
     wireHotkey();
-    m_accessibilityPermission = std::make_unique<AccessibilityPermissionManager>(*m_services.accessibility, m_scheduler);
+    m_accessibilityPermission =
+        std::make_unique<AccessibilityPermissionManager>(*m_services.accessibility, m_scheduler);
     m_screenRecordingPermission =
         std::make_unique<ScreenRecordingPermissionManager>(*m_services.textRecognizer, m_scheduler);
     wireReview(*this, m_services, m_preferences, m_clock);
@@ -74,8 +75,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_trayMenu = std::make_unique<TrayMenu>(m_preferences);
     connect(m_trayMenu.get(), &TrayMenu::quitRequested, qApp, &QApplication::quit, Qt::QueuedConnection);
     m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
-                                                  *m_accessibilityPermission, *m_screenRecordingPermission,
-                                                  m_commands, *m_trayMenu, *this);
+                                                  *m_accessibilityPermission, *m_screenRecordingPermission, m_commands,
+                                                  *m_trayMenu, *this);
     showTrayWhenAvailable();
     m_guide = std::make_unique<GuideWiring>(*this);
 

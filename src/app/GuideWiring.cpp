@@ -34,10 +34,11 @@ void GuideWiring::open()
 {
     if (!m_view) {
         PlatformServices& services = m_app.services();
-        m_view = new OnboardingGuideView(
-            OnboardingGuide::Services{m_app.preferences(), m_app.scheduler(), m_app.lookup()->translation(), *services.notifications,
-                                      m_app.reminders(), *services.eventMonitor, m_app.hotkeys()},
-            m_app.accessibilityPermission(), m_app.screenRecordingPermission());
+        m_view = new OnboardingGuideView(OnboardingGuide::Services{m_app.preferences(), m_app.scheduler(),
+                                                                   m_app.lookup()->translation(),
+                                                                   *services.notifications, m_app.reminders(),
+                                                                   *services.eventMonitor, m_app.hotkeys()},
+                                         m_app.accessibilityPermission(), m_app.screenRecordingPermission());
         qCInfo(lcGuideWiring) << "Setup guide opened";
     }
     bringToFront(m_view);

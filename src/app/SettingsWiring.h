@@ -22,8 +22,9 @@ class SettingsWindow;
 class TrayMenu;
 struct PlatformServices;
 
-// The settings window, the two permission windows and the tray menu's actions: opens each window by its name (creating it or bringing it to the front),
-// registers the names for `tolvane open`, and offers the guide while it is not finished.
+// The settings window, the two permission windows and the tray menu's actions: opens each window by its name (creating
+// it or bringing it to the front), registers the names for `tolvane open`, and offers the guide while it is not
+// finished.
 class SettingsWiring final : public QObject
 {
     Q_OBJECT
