@@ -23,7 +23,7 @@ TrayMenu::TrayMenu(Preferences& preferences, QObject* parent)
     : QObject(parent)
     , m_preferences(preferences)
     , m_menu(std::make_unique<QMenu>())
-    , m_icon(new QSystemTrayIcon(appIcon(), this))
+    , m_icon(new QSystemTrayIcon(trayIcon(), this))
 {
     m_icon->setToolTip(titleText);
     m_menu->setTitle(titleText);
