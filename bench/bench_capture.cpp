@@ -219,6 +219,10 @@ int main(int argc, char** argv)
         std::printf("The accessibility bus is not running\n");
         return 1;
     }
+#if !defined(GTK_TEXT_WINDOW) || !defined(QT_TEXT_WINDOW)
+    std::printf("The GTK and Qt test windows were not built with this benchmark; nothing measured\n");
+    return 1;
+#endif
 #ifdef GTK_TEXT_WINDOW
     benchWordQueries(service, "GTK", QStringLiteral(GTK_TEXT_WINDOW), {}, QStringLiteral("view-quick"));
     benchSelection(service, "GTK", QStringLiteral(GTK_TEXT_WINDOW), {});
