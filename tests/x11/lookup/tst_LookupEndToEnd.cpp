@@ -139,6 +139,8 @@ private Q_SLOTS:
         m_preferences->setInteger(PreferenceKey::customHotkeyKeyCode, space);
         m_preferences->setInteger(PreferenceKey::customHotkeyModifiers, controlOption);
         m_preferences->setString(PreferenceKey::targetLanguage, QStringLiteral("es"));
+        // A finished guide, so no guide window opens at start and takes the focus.
+        m_preferences->setBool(PreferenceKey::onboardingComplete, true);
         m_delegate = std::make_unique<AppDelegate>(*m_services, *m_preferences, m_clock, *m_scheduler,
                                                    dataDirectory() + QStringLiteral("/Tolvane"));
         m_delegate->applicationDidFinishLaunching();

@@ -170,8 +170,9 @@ private Q_SLOTS:
                                        {QStringLiteral("Schmetterling"), QStringLiteral("butterfly"), 4, now, {}}}));
         // A damaged deck: the command says so and counts no cards; Tolvane sets the file aside.
         writeJson(records + QStringLiteral("/review_deck.json"), "[{\"id\": \"0A0000");
+        // A finished guide, so no guide window opens at start and takes the focus.
         writeJson(profile.filePath(QStringLiteral("config/Tolvane/preferences.json")),
-                  "{\"successfulWordLookupCount\": 1234}");
+                  "{\"successfulWordLookupCount\": 1234, \"onboardingComplete\": true}");
 
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_DATA_HOME"), profile.filePath(QStringLiteral("data")));

@@ -148,6 +148,13 @@ private Q_SLOTS:
                            .toUtf8());
         deckFile.close();
 
+        // A finished guide, so no guide window opens at start and takes the keys.
+        QVERIFY(QDir().mkpath(profile.filePath(QStringLiteral("config/Tolvane"))));
+        QFile preferencesFile(profile.filePath(QStringLiteral("config/Tolvane/preferences.json")));
+        QVERIFY(preferencesFile.open(QIODevice::WriteOnly));
+        preferencesFile.write("{\"onboardingComplete\": true}");
+        preferencesFile.close();
+
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_DATA_HOME"), profile.filePath(QStringLiteral("data")));
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), profile.filePath(QStringLiteral("config")));
