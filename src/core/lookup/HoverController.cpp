@@ -37,7 +37,9 @@ constexpr qsizetype longestExampleWord = 64;
 
 Duration secondsToDuration(double seconds)
 {
-    return Duration(qint64(std::llround(seconds * 1000.0)));
+    // A hand-written 1e300 is a valid positive duration; a year stands for it without overflowing.
+    constexpr double longest = 365.0 * 24 * 3600;
+    return Duration(qint64(std::llround(std::clamp(seconds, 0.0, longest) * 1000.0)));
 }
 
 // A piece of a sentence without the punctuation around it: "book," and "«book»" read as "book".
