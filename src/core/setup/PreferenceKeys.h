@@ -21,5 +21,10 @@ inline constexpr QLatin1String customHotkeyModifiers("customHotkeyModifiers");
 inline constexpr QLatin1String appearanceMode("appearanceMode");
 inline constexpr QLatin1String successfulWordLookupCount("successfulWordLookupCount");
 inline constexpr QLatin1String shownLookupMilestones("shownLookupMilestones");
+// The update check: off by default, so Tolvane goes on the network only when asked.
+inline constexpr QLatin1String automaticallyCheckForUpdates("automaticallyCheckForUpdates");
+inline constexpr QLatin1String lastUpdateCheckDate("lastUpdateCheckDate");
+inline constexpr QLatin1String skippedUpdateVersion("skippedUpdateVersion");
+inline constexpr QLatin1String updateReminderDate("updateReminderDate");
 
 } // namespace tolvane::PreferenceKey

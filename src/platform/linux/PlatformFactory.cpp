@@ -17,6 +17,7 @@
 #include "platform/linux/notifications/DesktopNotificationCenter.h"
 #include "platform/linux/speech/DesktopSpeechSynthesizer.h"
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
+#include "platform/linux/updates/NetworkUpdateChecker.h"
 #include "platform/null/NullPlatform.h"
 
 namespace tolvane {
@@ -71,6 +72,7 @@ PlatformServices createPlatformServices()
     services.speech = std::make_unique<DesktopSpeechSynthesizer>(
         [transliterator](const QString& text) { return transliterator->hiragana(text); });
     services.translationEngine = createTranslationEngine();
+    services.updates = std::make_unique<NetworkUpdateChecker>(builtInUpdateFeedSettings());
     return services;
 }
 

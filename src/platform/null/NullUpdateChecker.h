@@ -9,7 +9,11 @@ class NullUpdateChecker final : public UpdateChecker
 {
 public:
     bool canCheckForUpdates() const override { return false; }
-    void checkForUpdates() override {}
+    void fetchReleaseFeed(FeedHandler done) override
+    {
+        done(Error{QStringLiteral("This build of Tolvane cannot check for updates.")});
+    }
+    void cancel() override {}
 };
 
 } // namespace tolvane
