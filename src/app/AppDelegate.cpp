@@ -6,6 +6,7 @@
 #include "app/LookupWiring.h"
 #include "app/ProgressWiring.h"
 #include "app/SettingsWiring.h"
+#include "app/UpdateWiring.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
@@ -77,6 +78,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_settings = std::make_unique<SettingsWiring>(m_services, m_preferences, m_scheduler, *m_hotkeys, *m_reminders,
                                                   *m_accessibilityPermission, *m_screenRecordingPermission, m_commands,
                                                   *m_trayMenu, *this);
+    m_updates = std::make_unique<UpdateWiring>(m_services, m_preferences, m_clock, m_scheduler, m_commands, *m_trayMenu,
+                                               QCoreApplication::applicationFilePath());
     showTrayWhenAvailable();
     m_guide = std::make_unique<GuideWiring>(*this);
 

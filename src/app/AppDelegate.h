@@ -27,6 +27,7 @@ class ReviewDeckStore;
 class Scheduler;
 class SettingsWiring;
 class TrayMenu;
+class UpdateWiring;
 class UsageEventStore;
 struct PlatformServices;
 
@@ -64,6 +65,7 @@ public:
     Scheduler& scheduler() const { return m_scheduler; }
     GuideWiring* guide() const { return m_guide.get(); }
     LookupWiring* lookup() const { return m_lookup.get(); }
+    UpdateWiring* updates() const { return m_updates.get(); }
 
 Q_SIGNALS:
     // The look-up hotkey went down or up; delivered as main-loop tasks, in the order of the events.
@@ -96,6 +98,7 @@ private:
     std::unique_ptr<LookupWiring> m_lookup;
     InstanceCommands m_commands;
     std::unique_ptr<GuideWiring> m_guide;
+    std::unique_ptr<UpdateWiring> m_updates;
 };
 
 } // namespace tolvane

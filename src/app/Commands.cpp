@@ -24,7 +24,7 @@ const QList<Subcommand>& subcommands()
          runStatsCommand},
         {"export", "[--format csv|anki] [--status new,knowIt,reviewAgain] [--added all|7|30|90] [--output FILE]",
          "Write the flashcards as the review window's Export tab would, to standard output or FILE.", runExportCommand},
-        {"open", "settings|guide|review|stats|accessibility-permission|screen-recording-permission",
+        {"open", "settings|guide|review|stats|updates|accessibility-permission|screen-recording-permission",
          "Ask the running Tolvane to open (or raise) one of its windows.", runOpenCommand},
         {"lookup", "", "Ask the running Tolvane to look up the word under the pointer, as a tap of the hotkey would.",
          runLookupCommand},

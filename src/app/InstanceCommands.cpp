@@ -37,6 +37,7 @@ const QStringList& InstanceCommands::windowNames()
         QStringLiteral("screen-recording-permission"),
         QStringLiteral("review"),
         QStringLiteral("stats"),
+        QStringLiteral("updates"),
     };
     return names;
 }

@@ -115,6 +115,12 @@ void TrayMenu::setActions(TrayMenuActions actions)
     refresh();
 }
 
+void TrayMenu::setCheckForUpdates(std::function<void()> check)
+{
+    m_actions.checkForUpdates = std::move(check);
+    refresh();
+}
+
 void TrayMenu::refresh()
 {
     const bool enabled = m_preferences.translationHelperEnabled();

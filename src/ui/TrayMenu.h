@@ -38,6 +38,8 @@ public:
     ~TrayMenu() override;
 
     void setActions(TrayMenuActions actions);
+    // The update check is wired on its own, after the windows.
+    void setCheckForUpdates(std::function<void()> check);
     void show();
     QMenu* menu() const { return m_menu.get(); }
     QSystemTrayIcon* icon() const { return m_icon; }
