@@ -23,6 +23,21 @@ std::optional<QDateTime> storedDate(const Preferences& preferences, const QStrin
     return RecordJson::dateFromSecondsSinceReferenceDate(std::get<double>(*value));
 }
 
+const char* decisionName(UpdateDecision decision)
+{
+    switch (decision) {
+    case UpdateDecision::upToDate:
+        return "up to date";
+    case UpdateDecision::updateAvailable:
+        return "announce it";
+    case UpdateDecision::skipped:
+        return "skipped by the user";
+    case UpdateDecision::remindedLater:
+        return "reminder not due";
+    }
+    return "";
+}
+
 const char* kindName(UpdateCheckKind kind)
 {
     return kind == UpdateCheckKind::userInitiated ? "asked" : "background";
@@ -130,7 +145,7 @@ void UpdaterManager::finish(quint64 generation, UpdateCheckKind kind, const Resu
         decideUpdate(*current, release.value().version, m_preferences.stringForKey(PreferenceKey::skippedUpdateVersion),
                      storedDate(m_preferences, PreferenceKey::updateReminderDate), m_clock.now(), kind);
     qCInfo(lcUpdaterManager).noquote() << "Newest release" << release.value().version.text() << "; this is"
-                                       << m_currentVersion << "; decision" << int(decision);
+                                       << m_currentVersion << "; decision:" << decisionName(decision);
     switch (decision) {
     case UpdateDecision::upToDate:
         setState(shown ? UpdateCheckState{UpdateCheckState::Phase::upToDate, kind, std::nullopt, {}}
