@@ -71,6 +71,7 @@ UpdateWindow::UpdateWindow(QString currentVersion, bool packageManaged, QWidget*
     row->setSizeConstraint(QLayout::SetFixedSize);
     auto* icon = new QLabel(this);
     icon->setPixmap(appIcon().pixmap(iconSize, iconSize));
+    icon->setTextFormat(Qt::PlainText);
     icon->setAlignment(Qt::AlignTop);
     icon->setAccessibleName(QStringLiteral("Tolvane"));
     row->addWidget(icon, 0, Qt::AlignTop);
