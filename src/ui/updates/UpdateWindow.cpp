@@ -18,8 +18,8 @@ namespace tolvane {
 namespace {
 
 constexpr int iconSize = 64;
-constexpr int textWidth = 380;
-constexpr int notesWidth = 460;
+constexpr int textWidth = 440;
+constexpr int notesWidth = 440;
 constexpr int notesHeight = 180;
 
 QLabel* paragraph(const QString& text, QWidget* parent, TextStyle style = TextStyle::body)

@@ -291,7 +291,7 @@ private Q_SLOTS:
             QStringLiteral("The update server answered with an error (HTTP 503)."), 503);
         row("fifty megabytes", {}, Phase::failed,
             QStringLiteral("The update feed is larger than 256 KiB; it was not read."), 200, Answer::Kind::endless);
-        row("no answer", {}, Phase::failed, QStringLiteral("The update server did not answer within 1 seconds."), 200,
+        row("no answer", {}, Phase::failed, QStringLiteral("The update server did not answer within a second."), 200,
             Answer::Kind::silent);
         row("redirect to plain http elsewhere", {}, Phase::failed,
             QStringLiteral("The update server sent Tolvane to an address that is not secure "

@@ -44,7 +44,9 @@ NetworkUpdateChecker::NetworkUpdateChecker(UpdateFeedSettings settings, QObject*
     m_deadline.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         const auto seconds = std::chrono::duration<double>(m_settings.timeout).count();
-        finish(Error{QStringLiteral("The update server did not answer within %1 seconds.").arg(seconds)});
+        finish(Error{seconds == 1.0
+                         ? QStringLiteral("The update server did not answer within a second.")
+                         : QStringLiteral("The update server did not answer within %1 seconds.").arg(seconds)});
     });
     if (!canCheckForUpdates()) {
         qCWarning(lcNetworkUpdateChecker).noquote()
