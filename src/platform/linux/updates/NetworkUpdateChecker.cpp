@@ -17,6 +17,8 @@ namespace tolvane {
 namespace {
 
 constexpr int mostRedirects = 5;
+// A hostile server chooses the address it redirects to; the error shows the beginning of it.
+constexpr qsizetype mostShownAddress = 200;
 
 QByteArray decodedKey(const QByteArray& base64)
 {
@@ -95,7 +97,7 @@ void NetworkUpdateChecker::fetchReleaseFeed(FeedHandler done)
         }
         finish(Error{QStringLiteral("The update server sent Tolvane to an address that is not secure (%1); it "
                                     "was not followed.")
-                         .arg(target.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery))});
+                         .arg(target.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery).left(mostShownAddress))});
     });
     connect(reply, &QNetworkReply::readyRead, this, &NetworkUpdateChecker::readAvailable);
     connect(reply, &QNetworkReply::finished, this, &NetworkUpdateChecker::replyFinished);
