@@ -272,8 +272,6 @@ private Q_SLOTS:
             QStringLiteral("The update feed's signature is not valid, so its contents were not trusted."));
         row("payload changed after signing", envelope(release(QStringLiteral("9.0.0")), key.sign(newer)), Phase::failed,
             QStringLiteral("The update feed's signature is not valid, so its contents were not trusted."));
-        row("signature cut short", envelope(newer, key.sign(newer).left(63)), Phase::failed,
-            QStringLiteral("The update feed's signature is not valid, so its contents were not trusted."));
         row("an HTML page instead of the feed", "<html><body>Moved</body></html>", Phase::failed,
             QStringLiteral("The update feed is not valid: the feed is not JSON (illegal value at byte 1)."));
         row("signed payload that is not JSON", envelope("{\"version\":", key.sign("{\"version\":")), Phase::failed,
@@ -282,9 +280,6 @@ private Q_SLOTS:
         const QByteArray word = release(QStringLiteral("latest"));
         row("version that is a word", envelope(word, key.sign(word)), Phase::failed,
             QStringLiteral("The update feed is not valid: \"latest\" is not a version number."));
-        const QByteArray wide = release(QStringLiteral("１.２.０"));
-        row("version in fullwidth digits", envelope(wide, key.sign(wide)), Phase::failed,
-            QStringLiteral("The update feed is not valid: \"１.２.０\" is not a version number."));
         row("not found", "Not Found", Phase::failed,
             QStringLiteral("The update feed was not found on the server (HTTP 404)."), 404);
         row("server error", "Oops", Phase::failed,
