@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -109,14 +110,15 @@ const QSet<QString>& conjunctions()
 const QSet<QString>& closedAdverbs()
 {
     static const QSet<QString> set = wordSet(
-        {"not",     "very",     "too",       "also",      "just",   "only",      "even",     "again",      "already",
-         "always",  "never",    "often",     "sometimes", "soon",   "now",       "then",     "here",       "there",
-         "today",   "tomorrow", "yesterday", "tonight",   "still",  "yet",       "so",       "quite",      "rather",
-         "almost",  "ever",     "perhaps",   "maybe",     "please", "away",      "back",     "home",       "really",
-         "usually", "instead",  "later",     "together",  "else",   "elsewhere", "anywhere", "everywhere", "somewhere",
-         "nowhere", "how",      "why",       "when",      "where",  "twice",     "once",     "up",         "down",
-         "out",     "off",      "along",     "around",    "before", "inside",    "outside",  "over",       "ago",
-         "enough",  "n't"});
+        {"not",     "very",     "too",       "also",       "just",   "only",      "even",     "again",      "already",
+         "always",  "never",    "often",     "sometimes",  "soon",   "now",       "then",     "here",       "there",
+         "today",   "tomorrow", "yesterday", "tonight",    "still",  "yet",       "so",       "quite",      "rather",
+         "almost",  "ever",     "perhaps",   "maybe",      "please", "away",      "back",     "home",       "really",
+         "usually", "instead",  "later",     "together",   "else",   "elsewhere", "anywhere", "everywhere", "somewhere",
+         "nowhere", "how",      "why",       "when",       "where",  "twice",     "once",     "up",         "down",
+         "out",     "off",      "along",     "around",     "before", "inside",    "outside",  "over",       "ago",
+         "enough",  "n't",      "upstairs",  "downstairs", "abroad", "indoors",   "outdoors", "ahead",      "overseas",
+         "nearby"});
     return set;
 }
 
@@ -157,6 +159,14 @@ const QSet<QString>& linkingVerbs()
     return set;
 }
 
+// Linking verbs that are as often verbs of action ("grow well", "keep rising"): after them only a
+// word that cannot be an adverb reads as a quality.
+const QSet<QString>& actionLinkingVerbs()
+{
+    static const QSet<QString> set = wordSet({"remain", "stay", "grow", "turn", "keep", "prove"});
+    return set;
+}
+
 const QSet<QString>& haveForms()
 {
     static const QSet<QString> set =
@@ -188,6 +198,40 @@ const QSet<QString>& phrasalVerbs()
         {"look",   "pick",  "give",  "make", "turn", "put",  "take",  "set", "back",   "fill",  "break", "bring",
          "call",   "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort",  "work",
          "switch", "hand",  "carry", "find", "let",  "try",  "wash",  "pay", "sum",    "tidy",  "mix",   "open"});
+    return set;
+}
+
+// The forms of "be" itself: after them an -ing form is the progressive, unlike after "look".
+const QSet<QString>& beOnly()
+{
+    static const QSet<QString> set =
+        wordSet({"am", "is", "are", "was", "were", "be", "been", "being", "isn't", "aren't", "wasn't", "weren't", "i'm",
+                 "you're", "we're", "they're", "he's", "she's", "it's"});
+    return set;
+}
+
+const QSet<QString>& objectPronouns()
+{
+    static const QSet<QString> set = wordSet({"me", "him", "her", "us", "them"});
+    return set;
+}
+
+// Words that open a sentence as an interjection when a comma follows ("Well, …", "No, …").
+const QSet<QString>& discourseMarkers()
+{
+    static const QSet<QString> set = wordSet({"well", "no", "yes", "oh", "ok", "okay"});
+    return set;
+}
+
+// Words that let a bare verb follow a singular noun later in their clause ("does the film start",
+// "let the dog sleep").
+const QSet<QString>& bareVerbLicensors()
+{
+    static const QSet<QString> set =
+        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",    "might",
+                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't", "can't",
+                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "let",    "let's",
+                 "make",   "makes", "made",     "help",      "helps",    "helped",  "to"});
     return set;
 }
 
@@ -223,8 +267,8 @@ bool matchesVerb(const QSet<QString>& verbs, const QString& form)
 
 bool isParticle(const QString& w)
 {
-    static const QSet<QString> set =
-        wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along", "around", "through"});
+    static const QSet<QString> set = wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along",
+                                              "around", "through", "round", "about", "by"});
     return set.contains(w);
 }
 
@@ -274,6 +318,45 @@ struct WordNetLexicalTaggerContext
         if (base.endsWith(QLatin1Char('i')))
             result.append(base.chopped(1) + QLatin1Char('y'));
         return result;
+    }
+
+    // A hyphenated word WordNet does not list, by its parts: "re-read" is read again, "self-taught"
+    // and "hard-working" describe like participles, "part-time" and "up-to-date" describe a noun,
+    // "mother-in-law" is named by its last part.
+    void analyseCompound(Token& t) const
+    {
+        static const QSet<QString> prefixes =
+            wordSet({"re", "co", "pre", "un", "over", "under", "mis", "out", "de", "non", "anti", "post", "sub"});
+        const QStringList parts = t.lower.split(QLatin1Char('-'), Qt::SkipEmptyParts);
+        if (parts.size() < 2)
+            return;
+        Token part;
+        if (parts.size() == 2 && prefixes.contains(parts.front())) {
+            part.lower = parts.back();
+            analyse(part);
+            t.scores = part.scores;
+            t.plural = part.plural;
+            t.thirdPerson = part.thirdPerson;
+            t.pastForm = part.pastForm;
+            t.ingForm = part.ingForm;
+            return;
+        }
+        part.lower = parts.back();
+        analyse(part);
+        Scores& s = t.scores;
+        s.fill(absent);
+        const double top = *std::max_element(part.scores.begin(), part.scores.end());
+        if (top <= absent)
+            return;
+        if (part.ingForm || part.pastForm || part.scores[tAdjective] >= top) {
+            s[tAdjective] = top + 1;
+            return;
+        }
+        if (part.scores[tNoun] > absent) {
+            s[tNoun] = part.scores[tNoun];
+            s[tAdjective] = part.scores[tNoun] - 0.5;
+            t.plural = part.plural;
+        }
     }
 
     void analyse(Token& t) const
@@ -340,6 +423,10 @@ struct WordNetLexicalTaggerContext
                 const double a = scoreOf(base, adjective);
                 if (a > absent)
                     raise(tAdjective, a - 0.3);
+                // "faster", "harder": a flat adverb compares like its adjective.
+                const double r = scoreOf(base, adverb);
+                if (a > absent && r > absent)
+                    raise(tAdverb, r - 0.3);
             }
         }
         if (w.endsWith(QLatin1String("ly")) && w.size() > 4) {
@@ -368,6 +455,11 @@ struct WordNetLexicalTaggerContext
             raise(tAdverb, closedClassScore + (timeAdverbs().contains(w) ? 2.0 : 0.5));
         if (auxiliaries().contains(w))
             raise(tVerb, closedClassScore + 1);
+        // A particle ("come in", "ran out of") is an adverb where no object follows it.
+        if (isParticle(w))
+            raise(tAdverb, closedClassScore - 0.5);
+        if (w.contains(QLatin1Char('-')) && !find(w))
+            analyseCompound(t);
         bool any = false;
         for (double v : s)
             any = any || v > absent;
@@ -444,13 +536,34 @@ bool canBe(const Token& t, Tag tag)
     return t.scores[tag] > absent;
 }
 
+bool isNumber(const Token& t)
+{
+    return t.isWord && t.tag == tNone && (t.lower.front().isDigit() || interjectionsAndNumbers().contains(t.lower));
+}
+
 bool nominal(Tag tag)
 {
     return tag == tNoun || tag == tAdjective;
 }
 
+// What a word's clause holds beyond its immediate neighbours.
+struct Surroundings
+{
+    const Token* afterNext = nullptr; // the token after the right neighbour
+    const Token* governor = nullptr;  // the nearest word to the left that is not an adverb ("is" in "is still wet")
+    bool bareVerbLicensed = false;    // a modal, "do", "to" or "let" earlier in the clause
+    bool invertedBe = false;          // the clause opens with "is", "are", … ("Is the museum open?")
+};
+
+bool isBoundaryOrFunction(const Token* t)
+{
+    return isClauseBoundary(t) ||
+           (t->isWord && (t->tag == tPreposition || t->tag == tConjunction || t->tag == tAdverb));
+}
+
 // Adjusts one word's scores by its neighbours. prev has its final tag, next only its own best guess.
-void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Token* next, bool sentenceStart)
+void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Token* next, bool sentenceStart,
+                  const Surroundings& around)
 {
     Scores& s = t.scores;
     const QString& w = t.lower;
@@ -461,10 +574,36 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (s[tag] > absent)
             s[tag] += value;
     };
+    const QString governorWord = around.governor && around.governor->isWord ? around.governor->lower : QString();
+    // Only adverbs before it in its clause: "Never touch …" is still an imperative.
+    const bool clauseStart = sentenceStart || (!around.governor && prev && prev->tag == tAdverb);
+    const bool adverbLike = isParticle(w) || closedAdverbs().contains(w);
+
+    // "Well, …", "No, …": an interjection opening the sentence.
+    if (sentenceStart && discourseMarkers().contains(w) && next && next->text == QLatin1String(",")) {
+        s.fill(absent);
+        s[tNone] = closedClassScore;
+        return;
+    }
+    // "WARNING: …": a heading names something.
+    if (sentenceStart && next && next->text == QLatin1String(":") && !closedAdverbs().contains(w)) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
+    // "May is …", "Will has …": a modal is never the subject of a finite verb, a name or month is.
+    static const QSet<QString> singularFinite =
+        wordSet({"is", "was", "has", "does", "isn't", "wasn't", "hasn't", "doesn't"});
+    if (modals().contains(w) && canBe(t, tNoun) && next && singularFinite.contains(next->lower)) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
 
     // Function words whose class depends on what follows.
     if (w == QLatin1String("that")) {
-        if (!atEnd && nominal(nextTag) && !next->plural && !canBe(*next, tVerb))
+        // "that bird?", "that car is …": a singular noun that ends its phrase.
+        const bool nounPhraseEnds = around.afterNext && (isBoundaryOrFunction(around.afterNext) ||
+                                                         auxiliaries().contains(around.afterNext->lower));
+        if (!atEnd && nominal(nextTag) && !next->plural && (!canBe(*next, tVerb) || nounPhraseEnds))
             s[tDeterminer] += 3;
         else if (atEnd)
             s[tPronoun] += 3;
@@ -478,7 +617,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (w == QLatin1String("her") || w == QLatin1String("his")) {
         if (!atEnd && next->isWord && nextTag != tDeterminer && nextTag != tPronoun && nextTag != tPreposition &&
-            nextTag != tAdverb && !closedAdverbs().contains(next->lower) &&
+            nextTag != tAdverb && !closedAdverbs().contains(next->lower) && !auxiliaries().contains(next->lower) &&
             (canBe(*next, tNoun) || canBe(*next, tAdjective)))
             s[tDeterminer] += 2;
         else
@@ -520,10 +659,20 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPreposition] += 1;
         return;
     }
+    // "let you down", "put your bag down here", "sit down and relax": a particle with nothing to govern.
+    if (isParticle(w) && prepositions().contains(w) && prev && prev->tag != tDeterminer &&
+        (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction)) {
+        s[tAdverb] += 3;
+        return;
+    }
     const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
                              prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
-    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext) {
-        if (atEnd && canBe(t, tAdverb))
+    const bool afterDeterminer = prev && (prev->tag == tDeterminer || isNumber(*prev));
+    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext && !afterDeterminer) {
+        // "ran out of milk", "came in quietly": after its verb and with no object of its own.
+        const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
+                                   (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
+        if ((atEnd || particleAlone) && canBe(t, tAdverb))
             s[tAdverb] += 3;
         else if (isParticle(w) && prev && prev->tag == tVerb && matchesVerb(phrasalVerbs(), prevWord))
             s[tAdverb] += 3;
@@ -535,7 +684,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (w == QLatin1String("like")) {
         if (prev && (subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
-                     prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural)))
+                     prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural) ||
+                     (prev->tag == tPronoun && !objectPronouns().contains(prevWord))))
             s[tVerb] += 6;
         else if (beForms().contains(prevWord))
             s[tPreposition] += 3;
@@ -559,46 +709,86 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
 
     // Open-class words.
-    if (prev && prev->tag == tDeterminer) {
+    static const QSet<QString> doForms = wordSet({"do", "does", "did"});
+    if (afterDeterminer) {
         add(tNoun, 3);
         add(tAdjective, 1.5);
         s[tVerb] -= 5;
         s[tAdverb] -= 2;
         s[tPronoun] -= 4;
         s[tPreposition] -= 4;
-        if (!atEnd && next->isWord && canBe(*next, tNoun) && !next->pastForm && !next->thirdPerson &&
+        s[tConjunction] -= 4;
+        if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !next->thirdPerson &&
             !canBe(*next, tPreposition) && !auxiliaries().contains(next->lower))
             add(tAdjective, 3.5);
         else if (!atEnd && next->isWord && (nextTag == tVerb || auxiliaries().contains(next->lower)))
             add(tNoun, 3);
-    } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord)) {
+    } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord) && !closedAdverbs().contains(w)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
+        // "the lovely present.": the word that closes the phrase is its noun.
+        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb) {
+            add(tNoun, 2);
+            s[tAdjective] -= 2;
+        }
+    }
+    // "enough sleep", "more time".
+    static const QSet<QString> quantities = wordSet({"enough", "more", "less", "fewer", "plenty"});
+    if (quantities.contains(prevWord) && canBe(t, tNoun) && !canBe(t, tAdjective) && !canBe(t, tAdverb)) {
+        add(tNoun, 3);
+        s[tVerb] -= 3;
+    }
+    // "when demand grows": the word before a verb in -s is its subject.
+    if (next && next->isWord && next->thirdPerson && !next->plural && canBe(t, tNoun) && !t.thirdPerson &&
+        !subjectPronouns().contains(prevWord) && !modals().contains(governorWord)) {
+        add(tNoun, 2.5);
+        s[tVerb] -= 2.5;
+    }
+    // After a preposition comes what it governs, not a verb ("at present", "out of reach"); an -ing
+    // form that governs nothing itself is a noun ("the cost of living").
+    if (prev && prev->tag == tPreposition && prevWord != QLatin1String("to")) {
+        if (!t.ingForm)
+            s[tVerb] -= 3;
+        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb) {
+            add(tNoun, 2.5);
+            s[tAdjective] -= 1;
+        }
     }
     if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
-    if (modals().contains(prevWord) ||
-        (prevWord == QLatin1String("not") && prevPrev && modals().contains(prevPrev->lower)))
-        add(tVerb, 5);
+    // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
+    if (modals().contains(governorWord))
+        add(tVerb, doForms.contains(governorWord) ? 2 : 5);
     if (subjectPronouns().contains(prevWord) && !t.ingForm) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
     }
     if (prev && prev->tag == tNoun && prev->plural && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
+        !around.invertedBe &&
         (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective))
         add(tVerb, 2.5);
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
         (!prevPrev || prevPrev->tag != tPreposition))
         add(tVerb, 2.5);
-    if (beForms().contains(prevWord) ||
-        (prevWord == QLatin1String("not") && prevPrev && beForms().contains(prevPrev->lower))) {
-        const bool adverbFollows = next && next->isWord && closedAdverbs().contains(next->lower);
-        if (adverbFollows && canBe(t, tAdverb))
+    // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
+    // unless a modal, "do" or "to" earlier in the clause asks for one.
+    if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
+        !t.pastForm && !t.ingForm && !auxiliaries().contains(w) && (canBe(t, tNoun) || canBe(t, tAdjective)))
+        s[tVerb] -= 3;
+    // A participle right after another verb and before a noun describes it ("ate boiled eggs").
+    if (t.pastForm && prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) &&
+        !beForms().contains(prevWord) && next && next->isWord && (nextTag == tNoun || next->plural))
+        add(tAdjective, 5);
+    const bool afterBe = beForms().contains(governorWord) || (around.invertedBe && prev && prev->tag == tNoun);
+    if (afterBe) {
+        if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
         else
             add(tAdjective, 3);
-        if (t.ingForm)
+        if ((t.ingForm || t.pastForm) && !beOnly().contains(governorWord))
+            add(tAdjective, 3.5); // "looked exciting", "seemed surprised": no progressive or passive here
+        else if (t.ingForm)
             add(tVerb, 3.5);
         else if (t.pastForm)
             add(tVerb, 2.0);
@@ -606,9 +796,15 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tVerb, 3.5);
         s[tNoun] -= 1;
     }
-    if (prev && prev->tag == tVerb && !beForms().contains(prevWord) && matchesVerb(linkingVerbs(), prevWord) &&
-        canBe(t, tAdjective) && (atEnd || nextTag == tPreposition))
+    const bool afterLinkingVerb =
+        around.governor && around.governor->tag == tVerb && !afterBe && matchesVerb(linkingVerbs(), governorWord);
+    const bool actionToo = matchesVerb(actionLinkingVerbs(), governorWord);
+    if (afterLinkingVerb && canBe(t, tAdjective) && !adverbLike && (atEnd || isBoundaryOrFunction(next)) &&
+        !(actionToo && (canBe(t, tAdverb) || t.ingForm))) {
         add(tAdjective, 3);
+        if (t.ingForm || t.pastForm)
+            add(tAdjective, 3.5);
+    }
     if (haveForms().contains(prevWord) && t.pastForm)
         add(tVerb, 5);
     if (degreeWords().contains(prevWord)) {
@@ -618,7 +814,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tNoun] -= 3;
         s[tVerb] -= 3;
     }
-    if (sentenceStart || prevWord == QLatin1String("please")) {
+    if (clauseStart || prevWord == QLatin1String("please")) {
         // An imperative: a bare verb followed by what it acts on.
         const bool objectFollows =
             next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition || nextTag == tAdverb ||
@@ -634,14 +830,18 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
             add(tAdjective, 2.5);
     }
-    // After a verb and at the end of the clause: how, not what.
-    if (atEnd && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
-        canBe(t, tAdverb) && !modals().contains(prevWord))
+    // After an action verb and before the end of the clause or a preposition: how, not what
+    // ("rained hard all night", "flew high above").
+    static const QSet<QString> spanDeterminers = wordSet({"all", "every", "each"});
+    const bool phraseEnds = atEnd || isBoundaryOrFunction(next) || spanDeterminers.contains(next->lower);
+    if (phraseEnds && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
+        canBe(t, tAdverb) && (!modals().contains(prevWord) || doForms.contains(prevWord)) &&
+        (adverbLike || !matchesVerb(linkingVerbs(), prevWord) || matchesVerb(actionLinkingVerbs(), prevWord)))
         add(tAdverb, 2.5);
     if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
-    if (atEnd && (beForms().contains(prevWord)) && canBe(t, tAdjective))
+    if (atEnd && afterBe && canBe(t, tAdjective))
         add(tAdjective, 1);
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
@@ -703,8 +903,21 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
         const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
         const Token* next =
             i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
-        const bool sentenceStart = !prev || (!prev->isWord && QStringLiteral(".!?\"(").contains(prev->text));
-        applyContext(t, prev, prevPrev, next, sentenceStart);
+        const bool sentenceStart = !prev || (!prev->isWord && QStringLiteral(".!?\"(:;").contains(prev->text));
+        Surroundings around;
+        around.afterNext =
+            i + 2 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 2)] : nullptr;
+        for (qsizetype j = i - 1; j >= 0; --j) {
+            const Token& before = tokens[static_cast<std::size_t>(j)];
+            if (isClauseBoundary(&before))
+                break;
+            if (!around.governor && before.tag != tAdverb)
+                around.governor = &before;
+            around.bareVerbLicensed = around.bareVerbLicensed || bareVerbLicensors().contains(before.lower);
+            around.invertedBe = before.isWord && beOnly().contains(before.lower) &&
+                                (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
+        }
+        applyContext(t, prev, prevPrev, next, sentenceStart, around);
         t.tag = best(t.scores);
     }
 
