@@ -37,6 +37,7 @@ struct Token
     // Morphology of a word token.
     bool plural = false, thirdPerson = false, pastForm = false, ingForm = false;
     Scores scores{};
+    Tag lexicalTag = tNone; // the class it has on its own
     Tag tag = tNone;
 };
 
@@ -154,8 +155,9 @@ const QSet<QString>& beForms()
 // Verbs that link a subject to a quality ("smells sour", "grew tired").
 const QSet<QString>& linkingVerbs()
 {
-    static const QSet<QString> set = wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",
-                                              "become", "feel", "look", "turn", "keep", "prove"});
+    static const QSet<QString> set =
+        wordSet({"smell", "taste", "sound", "seem",  "appear", "remain", "stay",   "grow", "become", "feel",
+                 "look",  "turn",  "keep",  "prove", "fall",   "fell",   "fallen", "grew", "grown",  "kept"});
     return set;
 }
 
@@ -163,7 +165,8 @@ const QSet<QString>& linkingVerbs()
 // word that cannot be an adverb reads as a quality.
 const QSet<QString>& actionLinkingVerbs()
 {
-    static const QSet<QString> set = wordSet({"remain", "stay", "grow", "turn", "keep", "prove"});
+    static const QSet<QString> set =
+        wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown", "kept"});
     return set;
 }
 
@@ -598,6 +601,18 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
 
+    // "much colder", "thank you very much": a quantity of degree, not of things.
+    if (w == QLatin1String("much") || w == QLatin1String("far")) {
+        static const QSet<QString> comparatives = wordSet({"more", "less", "better", "worse", "too"});
+        const bool comparativeFollows =
+            next && next->isWord &&
+            (comparatives.contains(next->lower) ||
+             (next->lower.endsWith(QLatin1String("er")) && (canBe(*next, tAdjective) || canBe(*next, tAdverb))));
+        if (comparativeFollows || atEnd) {
+            s[tAdverb] = std::max(s[tAdverb], *std::max_element(s.begin(), s.end()) + 1);
+            return;
+        }
+    }
     // Function words whose class depends on what follows.
     if (w == QLatin1String("that")) {
         // "that bird?", "that car is …": a singular noun that ends its phrase.
@@ -625,10 +640,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     if (determiners().contains(w) && pronouns().contains(w)) {
+        // By what the next word mostly is: its class in context may already lean on this one.
+        const Tag nextAlone = next && next->isWord ? next->lexicalTag : tNone;
         const bool followedByNominal =
-            !atEnd && (nominal(nextTag) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
-            !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) && nextTag != tPreposition &&
-            nextTag != tDeterminer && nextTag != tPronoun;
+            !atEnd && (nominal(nextAlone) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
+            !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) &&
+            nextAlone != tPreposition && nextAlone != tDeterminer && nextAlone != tPronoun;
         if (followedByNominal)
             s[tDeterminer] += 2;
         else
@@ -667,7 +684,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
                              prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
-    const bool afterDeterminer = prev && (prev->tag == tDeterminer || isNumber(*prev));
+    // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
+    const bool afterDeterminer = prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
+                                                                       !(prevPrev && prevPrev->tag == tNoun)));
     if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext && !afterDeterminer) {
         // "ran out of milk", "came in quietly": after its verb and with no object of its own.
         const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
@@ -780,13 +799,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (t.pastForm && prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) &&
         !beForms().contains(prevWord) && next && next->isWord && (nextTag == tNoun || next->plural))
         add(tAdjective, 5);
-    const bool afterBe = beForms().contains(governorWord) || (around.invertedBe && prev && prev->tag == tNoun);
+    const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
+    const bool afterBe = beForms().contains(governorWord) || afterInvertedBe;
     if (afterBe) {
         if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
         else
             add(tAdjective, 3);
-        if ((t.ingForm || t.pastForm) && !beOnly().contains(governorWord))
+        if ((t.ingForm || t.pastForm) && !beOnly().contains(governorWord) && !afterInvertedBe)
             add(tAdjective, 3.5); // "looked exciting", "seemed surprised": no progressive or passive here
         else if (t.ingForm)
             add(tVerb, 3.5);
@@ -849,6 +869,44 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
 
 } // namespace
 
+namespace {
+
+// Gives token i its class from its lexical scores and its neighbours' classes as they stand.
+void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsizetype i)
+{
+    Token& t = tokens[static_cast<std::size_t>(i)];
+    if (!t.isWord)
+        return;
+    t.scores = lexical[static_cast<std::size_t>(i)];
+    const Token* prev = i > 0 ? &tokens[static_cast<std::size_t>(i - 1)] : nullptr;
+    const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
+    const Token* next =
+        i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
+    // A full stop after "Dr" or "U.S" does not end the sentence.
+    static const QSet<QString> abbreviations = wordSet({"dr", "mr", "mrs", "ms", "st", "prof", "mt", "jr", "vs"});
+    const bool abbreviation = prev && prev->text == QLatin1String(".") && prevPrev && prevPrev->isWord &&
+                              (abbreviations.contains(prevPrev->lower) || prevPrev->lower.size() == 1);
+    const bool sentenceStart =
+        !prev || (!prev->isWord && QStringLiteral(".!?\"(:;").contains(prev->text) && !abbreviation);
+    Surroundings around;
+    around.afterNext =
+        i + 2 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 2)] : nullptr;
+    for (qsizetype j = i - 1; j >= 0; --j) {
+        const Token& before = tokens[static_cast<std::size_t>(j)];
+        if (isClauseBoundary(&before))
+            break;
+        if (!around.governor && before.tag != tAdverb)
+            around.governor = &before;
+        around.bareVerbLicensed = around.bareVerbLicensed || bareVerbLicensors().contains(before.lower);
+        around.invertedBe = before.isWord && beOnly().contains(before.lower) &&
+                            (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
+    }
+    applyContext(t, prev, prevPrev, next, sentenceStart, around);
+    t.tag = best(t.scores);
+}
+
+} // namespace
+
 WordNetLexicalTagger::WordNetLexicalTagger(const QString& lexiconPath)
     : m_lexicon(QFileInfo::exists(lexiconPath) ? EnglishLexicon::open(lexiconPath) : nullptr)
 {}
@@ -887,38 +945,26 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
     for (Token& t : tokens) {
         if (t.isWord) {
             context.analyse(t);
-            t.tag = best(t.scores);
+            t.tag = t.lexicalTag = best(t.scores);
         }
     }
-    for (std::size_t i = 1; i < tokens.size(); ++i) {
-        if (tokens[i].isWord && pluralDeterminers().contains(tokens[i - 1].lower))
-            tokens[i].plural = true; // "many people", "three days"
+    // Nouns that are plural without an ending WordNet marks.
+    static const QSet<QString> unmarkedPlurals = wordSet({"people", "police", "cattle", "staff", "clergy"});
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (tokens[i].isWord &&
+            (unmarkedPlurals.contains(tokens[i].lower) || (i > 0 && pluralDeterminers().contains(tokens[i - 1].lower))))
+            tokens[i].plural = true; // "people", "many days", "three days"
     }
-    // Left to right, each word settles with its left neighbour settled and its right one guessed.
-    for (qsizetype i = 0; i <= target; ++i) {
-        Token& t = tokens[static_cast<std::size_t>(i)];
-        if (!t.isWord)
-            continue;
-        const Token* prev = i > 0 ? &tokens[static_cast<std::size_t>(i - 1)] : nullptr;
-        const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
-        const Token* next =
-            i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
-        const bool sentenceStart = !prev || (!prev->isWord && QStringLiteral(".!?\"(:;").contains(prev->text));
-        Surroundings around;
-        around.afterNext =
-            i + 2 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 2)] : nullptr;
-        for (qsizetype j = i - 1; j >= 0; --j) {
-            const Token& before = tokens[static_cast<std::size_t>(j)];
-            if (isClauseBoundary(&before))
-                break;
-            if (!around.governor && before.tag != tAdverb)
-                around.governor = &before;
-            around.bareVerbLicensed = around.bareVerbLicensed || bareVerbLicensors().contains(before.lower);
-            around.invertedBe = before.isWord && beOnly().contains(before.lower) &&
-                                (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
-        }
-        applyContext(t, prev, prevPrev, next, sentenceStart, around);
-        t.tag = best(t.scores);
+    std::vector<Scores> lexical;
+    lexical.reserve(tokens.size());
+    for (const Token& t : tokens)
+        lexical.push_back(t.scores);
+    // Left to right, each word settles with its left neighbour settled and its right one guessed:
+    // first from the words alone, then again with every right neighbour's guess from the first pass.
+    const qsizetype count = static_cast<qsizetype>(tokens.size());
+    for (const qsizetype last : {count - 1, target}) {
+        for (qsizetype i = 0; i <= last; ++i)
+            settle(tokens, lexical, i);
     }
 
     switch (tokens[static_cast<std::size_t>(target)].tag) {
