@@ -95,7 +95,7 @@ const QSet<QString>& prepositions()
          "of",      "off",        "near",       "since",   "until",  "till",    "like",  "except",  "along",   "across",
          "behind",  "beyond",     "within",     "without", "toward", "towards", "upon",  "among",   "around",  "past",
          "despite", "inside",     "outside",    "onto",    "per",    "via",     "above", "below",   "beneath", "beside",
-         "besides", "throughout", "underneath", "unlike",  "amid",   "out",     "as",    "than"});
+         "besides", "throughout", "underneath", "unlike",  "amid",   "out",     "as",    "than",    "round"});
     return set;
 }
 
@@ -588,6 +588,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tNone] = closedClassScore;
         return;
     }
+    // "Ms Green", "Dr Lee": a title names the word after it.
+    static const QSet<QString> titles =
+        wordSet({"mr", "mrs", "ms", "miss", "dr", "prof", "sir", "madam", "uncle", "aunt", "saint", "st"});
+    if (titles.contains(prevWord) && !t.text.isEmpty() && t.text.front().isUpper()) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
     // "WARNING: …": a heading names something.
     if (sentenceStart && next && next->text == QLatin1String(":") && !closedAdverbs().contains(w)) {
         s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
@@ -618,7 +625,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         // "that bird?", "that car is …": a singular noun that ends its phrase.
         const bool nounPhraseEnds = around.afterNext && (isBoundaryOrFunction(around.afterNext) ||
                                                          auxiliaries().contains(around.afterNext->lower));
-        if (!atEnd && nominal(nextTag) && !next->plural && (!canBe(*next, tVerb) || nounPhraseEnds))
+        // "That sounds like …", "that seems odd": the subject of a verb in -s.
+        const bool verbFollows =
+            next && next->isWord && next->thirdPerson && around.afterNext &&
+            (isBoundaryOrFunction(around.afterNext) || around.afterNext->tag == tDeterminer ||
+             around.afterNext->lower == QLatin1String("like") || canBe(*around.afterNext, tAdjective));
+        if (verbFollows && !(prev && prev->tag == tNoun))
+            s[tPronoun] += 3;
+        else if (!atEnd && nominal(nextTag) && !next->plural && (!canBe(*next, tVerb) || nounPhraseEnds))
             s[tDeterminer] += 3;
         else if (atEnd)
             s[tPronoun] += 3;
@@ -626,6 +640,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 2;
         else if (prev && prev->tag == tVerb)
             s[tConjunction] += 3;
+        else if (next && next->isWord && (subjectPronouns().contains(next->lower) || nextTag == tDeterminer))
+            s[tConjunction] += 2; // "clear that he lied"
         else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
             s[tPronoun] += 1.5;
         return;
@@ -676,18 +692,22 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPreposition] += 1;
         return;
     }
+    // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
+    const bool afterDeterminer = prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
+                                                                       !(prevPrev && prevPrev->tag == tNoun)));
+    // "the next round": inside a noun phrase a preposition's noun sense is meant.
+    const bool insideNounPhrase =
+        afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
+                            prevPrev && prevPrev->tag == tDeterminer && canBe(t, tNoun));
     // "let you down", "put your bag down here", "sit down and relax": a particle with nothing to govern.
-    if (isParticle(w) && prepositions().contains(w) && prev && prev->tag != tDeterminer &&
+    if (isParticle(w) && prepositions().contains(w) && prev && !insideNounPhrase &&
         (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction)) {
         s[tAdverb] += 3;
         return;
     }
     const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
                              prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
-    // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
-    const bool afterDeterminer = prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
-                                                                       !(prevPrev && prevPrev->tag == tNoun)));
-    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext && !afterDeterminer) {
+    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext && !insideNounPhrase) {
         // "ran out of milk", "came in quietly": after its verb and with no object of its own.
         const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
                                    (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
@@ -702,6 +722,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     if (w == QLatin1String("like")) {
+        // "sounds like a good idea", "looks just like his father": a comparison after a linking verb.
+        if (around.governor && around.governor->tag == tVerb && matchesVerb(linkingVerbs(), governorWord) &&
+            !subjectPronouns().contains(prevWord)) {
+            s[tPreposition] += 4;
+            return;
+        }
         if (prev && (subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
                      prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural) ||
                      (prev->tag == tPronoun && !objectPronouns().contains(prevWord))))
@@ -740,8 +766,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !next->thirdPerson &&
             !canBe(*next, tPreposition) && !auxiliaries().contains(next->lower))
             add(tAdjective, 3.5);
-        else if (!atEnd && next->isWord && (nextTag == tVerb || auxiliaries().contains(next->lower)))
-            add(tNoun, 3);
+        else if (!atEnd && next->isWord &&
+                 (nextTag == tVerb || auxiliaries().contains(next->lower) || next->lower == QLatin1String("of")))
+            add(tNoun, 3); // "the close of trading"
     } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord) && !closedAdverbs().contains(w)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
@@ -778,7 +805,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
     if (modals().contains(governorWord))
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
-    if (subjectPronouns().contains(prevWord) && !t.ingForm) {
+    if (subjectPronouns().contains(governorWord) && !t.ingForm) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
@@ -790,6 +817,15 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
         (!prevPrev || prevPrev->tag != tPreposition))
         add(tVerb, 2.5);
+    if (prev && prev->tag == tPronoun && !objectPronouns().contains(prevWord) && t.thirdPerson && canBe(t, tVerb))
+        add(tVerb, 3); // "that sounds", "everyone knows"
+    // After a finite verb of action comes its object, not a second verb ("sent help").
+    if (prev && prev->tag == tVerb && (prev->pastForm || prev->thirdPerson) && !auxiliaries().contains(prevWord) &&
+        !beForms().contains(prevWord) && !bareVerbLicensors().contains(prevWord) && canBe(t, tNoun) && !t.ingForm &&
+        !t.pastForm && !adverbLike) {
+        s[tVerb] -= 2;
+        add(tNoun, 1);
+    }
     // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
     // unless a modal, "do" or "to" earlier in the clause asks for one.
     if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
@@ -949,7 +985,8 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
         }
     }
     // Nouns that are plural without an ending WordNet marks.
-    static const QSet<QString> unmarkedPlurals = wordSet({"people", "police", "cattle", "staff", "clergy"});
+    static const QSet<QString> unmarkedPlurals =
+        wordSet({"people", "police", "cattle", "staff", "clergy", "sheep", "deer"});
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         if (tokens[i].isWord &&
             (unmarkedPlurals.contains(tokens[i].lower) || (i > 0 && pluralDeterminers().contains(tokens[i - 1].lower))))
