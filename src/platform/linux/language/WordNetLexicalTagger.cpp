@@ -126,20 +126,21 @@ const QSet<QString>& closedAdverbs()
 const QSet<QString>& auxiliaries()
 {
     static const QSet<QString> set =
-        wordSet({"am",      "is",      "are",      "was",       "were",     "be",      "been",    "being",  "have",
-                 "has",     "had",     "do",       "does",      "did",      "can",     "could",   "will",   "would",
-                 "shall",   "should",  "may",      "might",     "must",     "don't",   "doesn't", "didn't", "can't",
-                 "cannot",  "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "isn't",   "aren't", "wasn't",
-                 "weren't", "haven't", "hasn't",   "hadn't",    "let's",    "ought"});
+        wordSet({"am",     "is",      "are",      "was",       "were",     "be",      "been",    "being",  "have",
+                 "has",    "had",     "do",       "does",      "did",      "can",     "could",   "will",   "would",
+                 "shall",  "should",  "may",      "might",     "must",     "don't",   "doesn't", "didn't", "can't",
+                 "cannot", "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "isn't",  "aren't",
+                 "wasn't", "weren't", "haven't",  "hasn't",    "hadn't",   "let's",   "ought"});
     return set;
 }
 
 const QSet<QString>& modals()
 {
-    static const QSet<QString> set = wordSet(
-        {"can",      "could",   "will",  "would",   "shall",  "should",  "may",    "might",  "must",     "do",
-         "does",     "did",     "don't", "doesn't", "didn't", "can't",   "cannot", "won't",  "wouldn't", "shouldn't",
-         "couldn't", "mustn't", "i'll",  "you'll",  "we'll",  "they'll", "he'll",  "she'll", "let's",    "let"});
+    static const QSet<QString> set =
+        wordSet({"can",    "could",   "will",     "would",     "shall",    "should",  "may",    "might",
+                 "must",   "do",      "does",     "did",       "don't",    "doesn't", "didn't", "can't",
+                 "cannot", "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "i'll",   "you'll",
+                 "we'll",  "they'll", "he'll",    "she'll",    "let's",    "let",     "needn't"});
     return set;
 }
 
@@ -155,9 +156,9 @@ const QSet<QString>& beForms()
 // Verbs that link a subject to a quality ("smells sour", "grew tired").
 const QSet<QString>& linkingVerbs()
 {
-    static const QSet<QString> set =
-        wordSet({"smell", "taste", "sound", "seem",  "appear", "remain", "stay",   "grow", "become", "feel",
-                 "look",  "turn",  "keep",  "prove", "fall",   "fell",   "fallen", "grew", "grown",  "kept"});
+    static const QSet<QString> set = wordSet({"smell",  "taste", "sound", "seem", "appear", "remain", "stay", "grow",
+                                              "become", "feel",  "look",  "turn", "keep",   "prove",  "fall", "fell",
+                                              "fallen", "grew",  "grown", "kept", "go",     "went",   "gone"});
     return set;
 }
 
@@ -166,7 +167,7 @@ const QSet<QString>& linkingVerbs()
 const QSet<QString>& actionLinkingVerbs()
 {
     static const QSet<QString> set =
-        wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown", "kept"});
+        wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown", "kept", "go", "went", "gone"});
     return set;
 }
 
@@ -197,10 +198,13 @@ const QSet<QString>& interjectionsAndNumbers()
 // is an adverb even when a noun phrase follows.
 const QSet<QString>& phrasalVerbs()
 {
-    static const QSet<QString> set = wordSet(
-        {"look",   "pick",  "give",  "make", "turn", "put",  "take",  "set", "back",   "fill",  "break", "bring",
-         "call",   "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort",  "work",
-         "switch", "hand",  "carry", "find", "let",  "try",  "wash",  "pay", "sum",    "tidy",  "mix",   "open"});
+    static const QSet<QString> set =
+        wordSet({"look", "pick", "give", "make", "turn", "put", "take", "set", "back", "fill", "break", "bring", "call",
+                 "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort", "work", "switch",
+                 "hand", "carry", "find", "let", "try", "wash", "pay", "sum", "tidy", "mix", "open",
+                 // their irregular past forms
+                 "took", "taken", "gave", "given", "made", "broke", "broken", "brought", "threw", "thrown", "wrote",
+                 "written", "woke", "woken", "hung", "found", "paid"});
     return set;
 }
 
@@ -231,10 +235,10 @@ const QSet<QString>& discourseMarkers()
 const QSet<QString>& bareVerbLicensors()
 {
     static const QSet<QString> set =
-        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",    "might",
-                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't", "can't",
-                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "let",    "let's",
-                 "make",   "makes", "made",     "help",      "helps",    "helped",  "to"});
+        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",     "might",
+                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't",  "can't",
+                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",
+                 "let's",  "make",  "makes",    "made",      "help",     "helps",   "helped",  "to"});
     return set;
 }
 
@@ -271,7 +275,7 @@ bool matchesVerb(const QSet<QString>& verbs, const QString& form)
 bool isParticle(const QString& w)
 {
     static const QSet<QString> set = wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along",
-                                              "around", "through", "round", "about", "by"});
+                                              "around", "through", "round", "about"});
     return set.contains(w);
 }
 
@@ -661,7 +665,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         const bool followedByNominal =
             !atEnd && (nominal(nextAlone) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
             !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) &&
-            nextAlone != tPreposition && nextAlone != tDeterminer && nextAlone != tPronoun;
+            nextAlone != tPreposition && nextAlone != tDeterminer && nextAlone != tPronoun &&
+            !(next->pastForm && isClauseBoundary(around.afterNext)); // "What happened?"
         if (followedByNominal)
             s[tDeterminer] += 2;
         else
@@ -763,8 +768,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tPronoun] -= 4;
         s[tPreposition] -= 4;
         s[tConjunction] -= 4;
-        if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !next->thirdPerson &&
-            !canBe(*next, tPreposition) && !auxiliaries().contains(next->lower))
+        if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !canBe(*next, tPreposition) &&
+            !auxiliaries().contains(next->lower))
             add(tAdjective, 3.5);
         else if (!atEnd && next->isWord &&
                  (nextTag == tVerb || auxiliaries().contains(next->lower) || next->lower == QLatin1String("of")))
@@ -885,6 +890,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         }
         if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
             add(tAdjective, 2.5);
+        // "Correct answers earn a point": a word before a plural subject and its verb describes it.
+        const Token* verbAfter = around.afterNext;
+        if (next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter && verbAfter->isWord &&
+            (verbAfter->tag == tVerb || auxiliaries().contains(verbAfter->lower)) && !verbAfter->thirdPerson &&
+            !determiners().contains(w)) {
+            add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
+            s[tVerb] -= 2;
+        }
     }
     // After an action verb and before the end of the clause or a preposition: how, not what
     // ("rained hard all night", "flew high above").
@@ -898,7 +911,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
     if (atEnd && afterBe && canBe(t, tAdjective))
-        add(tAdjective, 1);
+        add(tAdjective, t.pastForm ? 2.5 : 1); // "Is it broken?": a state, with no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
 }
