@@ -36,6 +36,7 @@ struct Token
     bool isWord = false;
     // Morphology of a word token.
     bool plural = false, thirdPerson = false, pastForm = false, ingForm = false;
+    bool adjectiveLemma = false; // WordNet lists the form itself as an adjective ("broken", not "banned")
     Scores scores{};
     Tag lexicalTag = tNone; // the class it has on its own
     Tag tag = tNone;
@@ -235,10 +236,10 @@ const QSet<QString>& discourseMarkers()
 const QSet<QString>& bareVerbLicensors()
 {
     static const QSet<QString> set =
-        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",     "might",
-                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't",  "can't",
-                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",
-                 "let's",  "make",  "makes",    "made",      "help",     "helps",   "helped",  "to"});
+        wordSet({"can",      "could",     "will",     "would",   "shall",   "should", "may",   "might",  "must",
+                 "do",       "does",      "did",      "don't",   "doesn't", "didn't", "can't", "cannot", "won't",
+                 "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",    "let's", "make",   "makes",
+                 "made",     "help",      "helps",    "helped",  "to",      "better"});
     return set;
 }
 
@@ -371,7 +372,10 @@ struct WordNetLexicalTaggerContext
         Scores& s = t.scores;
         s.fill(absent);
         const QString& w = t.lower;
-        if (interjectionsAndNumbers().contains(w) || (!w.isEmpty() && w.front().isDigit())) {
+        const bool numberCompound = w.contains(QLatin1Char('-')) && std::any_of(w.begin(), w.end(), [](QChar c) {
+                                        return c.isLetter();
+                                    }); // "10-minute"
+        if (interjectionsAndNumbers().contains(w) || (!w.isEmpty() && w.front().isDigit() && !numberCompound)) {
             s[tNone] = closedClassScore + 2;
             return;
         }
@@ -382,6 +386,7 @@ struct WordNetLexicalTaggerContext
                 t.pastForm = true;
             if (e->flags & irregularPlural)
                 t.plural = true;
+            t.adjectiveLemma = e->taggedUses[adjective] > 0 || e->senses[adjective] > 0;
         }
         auto raise = [&](Tag tag, double value) { s[tag] = std::max(s[tag], value); };
         // Regular inflections, a little below the base word's own standing.
@@ -556,10 +561,11 @@ bool nominal(Tag tag)
 // What a word's clause holds beyond its immediate neighbours.
 struct Surroundings
 {
-    const Token* afterNext = nullptr; // the token after the right neighbour
-    const Token* governor = nullptr;  // the nearest word to the left that is not an adverb ("is" in "is still wet")
-    bool bareVerbLicensed = false;    // a modal, "do", "to" or "let" earlier in the clause
-    bool invertedBe = false;          // the clause opens with "is", "are", … ("Is the museum open?")
+    const Token* afterNext = nullptr;  // the token after the right neighbour
+    const Token* governor = nullptr;   // the nearest word to the left that is not an adverb ("is" in "is still wet")
+    bool bareVerbLicensed = false;     // a modal, "do", "to" or "let" earlier in the clause
+    bool invertedBe = false;           // the clause opens with "is", "are", … ("Is the museum open?")
+    const Token* actionVerb = nullptr; // the last verb before the word in its clause that is not "be" or an auxiliary
 };
 
 bool isBoundaryOrFunction(const Token* t)
@@ -698,8 +704,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
-    const bool afterDeterminer = prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
-                                                                       !(prevPrev && prevPrev->tag == tNoun)));
+    // A number counts things ("two runs"), not actions ("under ten travel free").
+    const bool afterDeterminer =
+        prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
+                                              !(prevPrev && prevPrev->tag == tNoun) && (t.plural || !canBe(t, tVerb))));
     // "the next round": inside a noun phrase a preposition's noun sense is meant.
     const bool insideNounPhrase =
         afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
@@ -774,6 +782,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         else if (!atEnd && next->isWord &&
                  (nextTag == tVerb || auxiliaries().contains(next->lower) || next->lower == QLatin1String("of")))
             add(tNoun, 3); // "the close of trading"
+        else if (atEnd && (possessives().contains(prevWord) || prevWord == QLatin1String("the") ||
+                           prevWord == QLatin1String("a") || prevWord == QLatin1String("an"))) {
+            add(tNoun, 2); // "went to the fair."
+            s[tAdjective] -= 2;
+        }
     } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord) && !closedAdverbs().contains(w)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
@@ -810,7 +823,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
     if (modals().contains(governorWord))
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
-    if (subjectPronouns().contains(governorWord) && !t.ingForm) {
+    const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
+    // "Is it broken?": the verb of an inverted question came first.
+    if (subjectPronouns().contains(governorWord) && !t.ingForm && !afterInvertedBe) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
@@ -824,10 +839,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tVerb, 2.5);
     if (prev && prev->tag == tPronoun && !objectPronouns().contains(prevWord) && t.thirdPerson && canBe(t, tVerb))
         add(tVerb, 3); // "that sounds", "everyone knows"
-    // After a finite verb of action comes its object, not a second verb ("sent help").
-    if (prev && prev->tag == tVerb && (prev->pastForm || prev->thirdPerson) && !auxiliaries().contains(prevWord) &&
-        !beForms().contains(prevWord) && !bareVerbLicensors().contains(prevWord) && canBe(t, tNoun) && !t.ingForm &&
-        !t.pastForm && !adverbLike) {
+    // After a verb of action comes its object, not a second verb ("sent help", "sell stamps").
+    if (prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) && !beForms().contains(prevWord) &&
+        !bareVerbLicensors().contains(prevWord) && canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
         s[tVerb] -= 2;
         add(tNoun, 1);
     }
@@ -840,7 +854,6 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (t.pastForm && prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) &&
         !beForms().contains(prevWord) && next && next->isWord && (nextTag == tNoun || next->plural))
         add(tAdjective, 5);
-    const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
     const bool afterBe = beForms().contains(governorWord) || afterInvertedBe;
     if (afterBe) {
         if (adverbLike && canBe(t, tAdverb))
@@ -883,21 +896,22 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
             !(next && auxiliaries().contains(next->lower)))
             add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
-        if (next && next->isWord && (auxiliaries().contains(next->lower) || nextTag == tVerb)) {
+        // "Correct answers earn a point": a word before a plural subject and its verb describes it.
+        const Token* verbAfter = around.afterNext;
+        const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
+                                      verbAfter->isWord &&
+                                      (canBe(*verbAfter, tVerb) || auxiliaries().contains(verbAfter->lower)) &&
+                                      !verbAfter->thirdPerson && !determiners().contains(w);
+        if (describesSubject) {
+            add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
+            s[tVerb] -= 2;
+        } else if (next && next->isWord && (auxiliaries().contains(next->lower) || nextTag == tVerb)) {
             add(tNoun, 3);
             if (t.ingForm)
                 add(tNoun, 2);
         }
         if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
             add(tAdjective, 2.5);
-        // "Correct answers earn a point": a word before a plural subject and its verb describes it.
-        const Token* verbAfter = around.afterNext;
-        if (next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter && verbAfter->isWord &&
-            (verbAfter->tag == tVerb || auxiliaries().contains(verbAfter->lower)) && !verbAfter->thirdPerson &&
-            !determiners().contains(w)) {
-            add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
-            s[tVerb] -= 2;
-        }
     }
     // After an action verb and before the end of the clause or a preposition: how, not what
     // ("rained hard all night", "flew high above").
@@ -907,11 +921,21 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         canBe(t, tAdverb) && (!modals().contains(prevWord) || doForms.contains(prevWord)) &&
         (adverbLike || !matchesVerb(linkingVerbs(), prevWord) || matchesVerb(actionLinkingVerbs(), prevWord)))
         add(tAdverb, 2.5);
+    // "Push the door hard": how the action is done, after its object, unless the verb makes its object
+    // into something ("found the exam hard", "painted the door green").
+    static const QSet<QString> complementVerbs =
+        wordSet({"find", "make",   "keep", "leave", "consider", "paint", "get",  "turn", "call",    "think", "like",
+                 "want", "prefer", "hold", "found", "made",     "kept",  "left", "got",  "thought", "held"});
+    if ((atEnd || nextTag == tPreposition) && prev && prev->tag == tNoun && around.actionVerb &&
+        around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) &&
+        !matchesVerb(complementVerbs, around.actionVerb->lower) &&
+        !matchesVerb(linkingVerbs(), around.actionVerb->lower) && !t.text.endsWith(QLatin1String("ly")))
+        add(tAdverb, 3);
     if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
     if (atEnd && afterBe && canBe(t, tAdjective))
-        add(tAdjective, t.pastForm ? 2.5 : 1); // "Is it broken?": a state, with no doer named
+        add(tAdjective, t.pastForm && t.adjectiveLemma ? 2.5 : 1); // "Is it broken?": a state, no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
 }
@@ -947,6 +971,9 @@ void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsiz
         if (!around.governor && before.tag != tAdverb)
             around.governor = &before;
         around.bareVerbLicensed = around.bareVerbLicensed || bareVerbLicensors().contains(before.lower);
+        if (!around.actionVerb && before.tag == tVerb && !auxiliaries().contains(before.lower) &&
+            !beForms().contains(before.lower))
+            around.actionVerb = &before;
         around.invertedBe = before.isWord && beOnly().contains(before.lower) &&
                             (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
     }
