@@ -266,11 +266,26 @@ bool matchesVerb(const QSet<QString>& verbs, const QString& form)
         if (form.endsWith(sfx) && form.size() > sfx.size() + 1) {
             const QString base = form.chopped(sfx.size());
             if (verbs.contains(base) || verbs.contains(base + QLatin1Char('e')) ||
-                (base.size() > 2 && base.back() == base.at(base.size() - 2) && verbs.contains(base.chopped(1))))
+                (base.size() > 2 && base.back() == base.at(base.size() - 2) && verbs.contains(base.chopped(1))) ||
+                (base.endsWith(QLatin1Char('i')) && verbs.contains(base.chopped(1) + QLatin1Char('y'))))
                 return true;
         }
     }
     return false;
+}
+
+// Verbs of feeling caused in someone: after "be" their participles name the feeling or its cause
+// ("was boring", "were worried about") unless an object or a doer follows ("is boring me").
+const QSet<QString>& feelingVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"amaze",     "annoy",     "bore",    "charm",   "confuse",   "depress",   "disappoint", "disgust",
+                 "embarrass", "encourage", "excite",  "exhaust", "fascinate", "frighten",  "frustrate",  "interest",
+                 "irritate",  "please",    "satisfy", "shock",   "surprise",  "terrify",   "thrill",     "tire",
+                 "worry",     "astonish",  "alarm",   "amuse",   "inspire",   "overwhelm", "puzzle",     "scare",
+                 "impress",   "delight",   "disturb", "upset",   "relax",     "convince",  "concern",    "insult",
+                 "offend",    "scare",     "bother",  "stun",    "horrify"});
+    return set;
 }
 
 bool isParticle(const QString& w)
@@ -868,6 +883,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tVerb, 2.0);
         if (t.pastForm && next && next->lower == QLatin1String("by"))
             add(tVerb, 3.5);
+        else if ((t.ingForm || t.pastForm) && matchesVerb(feelingVerbs(), w) &&
+                 (atEnd || nextTag == tPreposition || nextTag == tConjunction || nextTag == tAdverb))
+            add(tAdjective, 4);
         s[tNoun] -= 1;
     }
     const bool afterLinkingVerb =
@@ -934,7 +952,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
-    if (atEnd && afterBe && canBe(t, tAdjective))
+    // "Our team is winning.": an -ing form after "be" is the progressive unless it names a feeling.
+    if (atEnd && afterBe && canBe(t, tAdjective) && !(t.ingForm && beOnly().contains(governorWord)))
         add(tAdjective, t.pastForm && t.adjectiveLemma ? 2.5 : 1); // "Is it broken?": a state, no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
