@@ -63,10 +63,45 @@ private Q_SLOTS:
         QCOMPARE(int(*found), expected);
     }
 
+    // Each row was tagged wrongly by a tagger that looked at the next word's dictionary class only.
+    void wordsTakeTheirClassFromTheirClause_data()
+    {
+        QTest::addColumn<QString>("sentence");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("expected");
+        using enum LexicalClass;
+        const std::tuple<const char*, const char*, const char*, LexicalClass> rows[] = {
+            {"particle with no object of its own", "We ran out of sugar.", "out", adverb},
+            {"flat adverb after a verb of action", "Eagles fly high above the hills.", "high", adverb},
+            {"flat adverb after the verb's object", "He kicked the ball hard.", "hard", adverb},
+            {"quality after be across an adverb", "The road is still wet.", "wet", adjective},
+            {"singular noun takes no bare verb", "We waited at the taxi stop.", "stop", noun},
+            {"object of a preposition", "At present we rent.", "present", noun},
+            {"object of a verb of action", "They sell stamps.", "stamps", noun},
+            {"participle between a verb and its object", "We ate boiled potatoes.", "boiled", adjective},
+            {"hyphenated participle", "They are a hard-working team.", "hard-working", adjective},
+            {"hyphenated number and noun", "Take a 10-minute break.", "10-minute", adjective},
+            {"heading before a colon", "NOTICE: Keep this door shut.", "NOTICE", noun},
+            {"modal spelling followed by is", "May is warm here.", "May", noun},
+            {"name after a title", "Mr Green phoned.", "Green", noun},
+            {"counted plural after a number", "He scored two runs.", "runs", noun},
+            {"quality in an inverted question", "Are these seats free?", "free", adjective},
+            {"lone participle after what", "What happened?", "happened", verb},
+            {"-ing of a verb of feeling after be", "The film was boring.", "boring", adjective},
+            {"-ed of a verb of feeling after be", "We were worried about the exam.", "worried", adjective},
+            {"other -ing after be is progressive", "The baby is crying.", "crying", verb},
+        };
+        for (const auto& [name, sentence, word, expected] : rows)
+            QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
+    }
+
+    void wordsTakeTheirClassFromTheirClause() { wordsTakeTheirClassFromTheirNeighbours(); }
+
     void numbersInterjectionsBadRangesAndTextGiveNothing()
     {
         const WordNetLexicalTagger tagger(WordNetLexicalTagger::defaultLexiconPath());
         QCOMPARE(classOf(tagger, QStringLiteral("Oh, I see."), QStringLiteral("Oh")), std::nullopt);
+        QCOMPARE(classOf(tagger, QStringLiteral("Well, we tried."), QStringLiteral("Well")), std::nullopt);
         QCOMPARE(classOf(tagger, QStringLiteral("It cost 42 euros."), QStringLiteral("42")), std::nullopt);
         const QString sentence = QStringLiteral("A cat, sleeping.");
         QCOMPARE(tagger.lexicalClass(sentence, -1, 3), std::nullopt);

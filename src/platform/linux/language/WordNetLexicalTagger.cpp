@@ -828,7 +828,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prev && prev->tag == tPreposition && prevWord != QLatin1String("to")) {
         if (!t.ingForm)
             s[tVerb] -= 3;
-        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb) {
+        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb ||
+            (next->isWord && subjectPronouns().contains(next->lower))) { // "at present we …"
             add(tNoun, 2.5);
             s[tAdjective] -= 1;
         }
