@@ -5,6 +5,7 @@
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -40,7 +41,39 @@ struct Token
     Scores scores{};
     Tag lexicalTag = tNone; // the class it has on its own
     Tag tag = tNone;
+    quint32 lists = 0; // the word lists below that hold the word, looked up once
 };
+
+enum WordList : quint32 {
+    kDeterminer = 1u << 0,
+    kPronoun = 1u << 1,
+    kSubjectPronoun = 1u << 2,
+    kObjectPronoun = 1u << 3,
+    kPreposition = 1u << 4,
+    kConjunction = 1u << 5,
+    kClosedAdverb = 1u << 6,
+    kAuxiliary = 1u << 7,
+    kModal = 1u << 8,
+    kBeForm = 1u << 9,
+    kBeOnly = 1u << 10,
+    kHave = 1u << 11,
+    kDegree = 1u << 12,
+    kPossessive = 1u << 13,
+    kBareVerbLicensor = 1u << 14,
+    kTimeAdverb = 1u << 15,
+    kDiscourseMarker = 1u << 16,
+    kLinking = 1u << 17,
+    kActionLinking = 1u << 18,
+    kPhrasal = 1u << 19,
+    kComplement = 1u << 20,
+    kFeeling = 1u << 21,
+};
+
+// Whether t is a word on the list.
+bool is(const Token* t, WordList list)
+{
+    return t && t->isWord && (t->lists & list);
+}
 
 QSet<QString> wordSet(std::initializer_list<const char*> words)
 {
@@ -256,22 +289,22 @@ const QSet<QString>& pluralDeterminers()
     return set;
 }
 
-// The dictionary form of a regular verb form, for matching against word lists.
-bool matchesVerb(const QSet<QString>& verbs, const QString& form)
+// The dictionary forms a verb form could come from, itself first ("stopped" → stop, "worried" → worry).
+QStringList verbBases(const QString& form)
 {
-    if (verbs.contains(form))
-        return true;
+    QStringList bases{form};
     for (const char* suffix : {"ed", "d", "s", "es", "ing"}) {
-        const QString sfx = QString::fromLatin1(suffix);
+        const QLatin1String sfx(suffix);
         if (form.endsWith(sfx) && form.size() > sfx.size() + 1) {
             const QString base = form.chopped(sfx.size());
-            if (verbs.contains(base) || verbs.contains(base + QLatin1Char('e')) ||
-                (base.size() > 2 && base.back() == base.at(base.size() - 2) && verbs.contains(base.chopped(1))) ||
-                (base.endsWith(QLatin1Char('i')) && verbs.contains(base.chopped(1) + QLatin1Char('y'))))
-                return true;
+            bases << base << base + QLatin1Char('e');
+            if (base.size() > 2 && base.back() == base.at(base.size() - 2))
+                bases << base.chopped(1);
+            if (base.endsWith(QLatin1Char('i')))
+                bases << base.chopped(1) + QLatin1Char('y');
         }
     }
-    return false;
+    return bases;
 }
 
 // Verbs of feeling caused in someone: after "be" their participles name the feeling or its cause
@@ -286,6 +319,60 @@ const QSet<QString>& feelingVerbs()
                  "impress",   "delight",   "disturb", "upset",   "relax",     "convince",  "concern",    "insult",
                  "offend",    "scare",     "bother",  "stun",    "horrify"});
     return set;
+}
+
+// Verbs that make their object into something ("found the exam hard", "painted the door green").
+const QSet<QString>& complementVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"find", "make",   "keep", "leave", "consider", "paint", "get",  "turn", "call",    "think", "like",
+                 "want", "prefer", "hold", "found", "made",     "kept",  "left", "got",  "thought", "held"});
+    return set;
+}
+
+// Every list a word form is on, from one table of whole forms and one of dictionary forms of verbs.
+quint32 listsOf(const QString& w)
+{
+    static const auto [forms, verbs] = [] {
+        const std::pair<const QSet<QString>&, WordList> plain[] = {
+            {determiners(), kDeterminer},
+            {pronouns(), kPronoun},
+            {subjectPronouns(), kSubjectPronoun},
+            {objectPronouns(), kObjectPronoun},
+            {prepositions(), kPreposition},
+            {conjunctions(), kConjunction},
+            {closedAdverbs(), kClosedAdverb},
+            {auxiliaries(), kAuxiliary},
+            {modals(), kModal},
+            {beForms(), kBeForm},
+            {beOnly(), kBeOnly},
+            {haveForms(), kHave},
+            {degreeWords(), kDegree},
+            {possessives(), kPossessive},
+            {bareVerbLicensors(), kBareVerbLicensor},
+            {timeAdverbs(), kTimeAdverb},
+            {discourseMarkers(), kDiscourseMarker},
+        };
+        const std::pair<const QSet<QString>&, WordList> verbLists[] = {
+            {linkingVerbs(), kLinking}, {actionLinkingVerbs(), kActionLinking},
+            {phrasalVerbs(), kPhrasal}, {complementVerbs(), kComplement},
+            {feelingVerbs(), kFeeling},
+        };
+        std::pair<QHash<QString, quint32>, QHash<QString, quint32>> tables;
+        for (const auto& [set, list] : plain) {
+            for (const QString& word : set)
+                tables.first[word] |= list;
+        }
+        for (const auto& [set, list] : verbLists) {
+            for (const QString& word : set)
+                tables.second[word] |= list;
+        }
+        return tables;
+    }();
+    quint32 lists = forms.value(w);
+    for (const QString& base : verbBases(w))
+        lists |= verbs.value(base);
+    return lists;
 }
 
 bool isParticle(const QString& w)
@@ -605,10 +692,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     const QString governorWord = around.governor && around.governor->isWord ? around.governor->lower : QString();
     // Only adverbs before it in its clause: "Never touch …" is still an imperative.
     const bool clauseStart = sentenceStart || (!around.governor && prev && prev->tag == tAdverb);
-    const bool adverbLike = isParticle(w) || closedAdverbs().contains(w);
+    const bool adverbLike = isParticle(w) || is(&t, kClosedAdverb);
 
     // "Well, …", "No, …": an interjection opening the sentence.
-    if (sentenceStart && discourseMarkers().contains(w) && next && next->text == QLatin1String(",")) {
+    if (sentenceStart && is(&t, kDiscourseMarker) && next && next->text == QLatin1String(",")) {
         s.fill(absent);
         s[tNone] = closedClassScore;
         return;
@@ -621,14 +708,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     // "WARNING: …": a heading names something.
-    if (sentenceStart && next && next->text == QLatin1String(":") && !closedAdverbs().contains(w)) {
+    if (sentenceStart && next && next->text == QLatin1String(":") && !is(&t, kClosedAdverb)) {
         s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
         return;
     }
     // "May is …", "Will has …": a modal is never the subject of a finite verb, a name or month is.
     static const QSet<QString> singularFinite =
         wordSet({"is", "was", "has", "does", "isn't", "wasn't", "hasn't", "doesn't"});
-    if (modals().contains(w) && canBe(t, tNoun) && next && singularFinite.contains(next->lower)) {
+    if (is(&t, kModal) && canBe(t, tNoun) && next && singularFinite.contains(next->lower)) {
         s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
         return;
     }
@@ -648,8 +735,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // Function words whose class depends on what follows.
     if (w == QLatin1String("that")) {
         // "that bird?", "that car is …": a singular noun that ends its phrase.
-        const bool nounPhraseEnds = around.afterNext && (isBoundaryOrFunction(around.afterNext) ||
-                                                         auxiliaries().contains(around.afterNext->lower));
+        const bool nounPhraseEnds =
+            around.afterNext && (isBoundaryOrFunction(around.afterNext) || is(around.afterNext, kAuxiliary));
         // "That sounds like …", "that seems odd": the subject of a verb in -s.
         const bool verbFollows =
             next && next->isWord && next->thirdPerson && around.afterNext &&
@@ -665,7 +752,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 2;
         else if (prev && prev->tag == tVerb)
             s[tConjunction] += 3;
-        else if (next && next->isWord && (subjectPronouns().contains(next->lower) || nextTag == tDeterminer))
+        else if (next && next->isWord && (is(next, kSubjectPronoun) || nextTag == tDeterminer))
             s[tConjunction] += 2; // "clear that he lied"
         else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
             s[tPronoun] += 1.5;
@@ -673,20 +760,20 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (w == QLatin1String("her") || w == QLatin1String("his")) {
         if (!atEnd && next->isWord && nextTag != tDeterminer && nextTag != tPronoun && nextTag != tPreposition &&
-            nextTag != tAdverb && !closedAdverbs().contains(next->lower) && !auxiliaries().contains(next->lower) &&
+            nextTag != tAdverb && !is(next, kClosedAdverb) && !is(next, kAuxiliary) &&
             (canBe(*next, tNoun) || canBe(*next, tAdjective)))
             s[tDeterminer] += 2;
         else
             s[tPronoun] += 3;
         return;
     }
-    if (determiners().contains(w) && pronouns().contains(w)) {
+    if (is(&t, kDeterminer) && is(&t, kPronoun)) {
         // By what the next word mostly is: its class in context may already lean on this one.
         const Tag nextAlone = next && next->isWord ? next->lexicalTag : tNone;
         const bool followedByNominal =
             !atEnd && (nominal(nextAlone) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
-            !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) &&
-            nextAlone != tPreposition && nextAlone != tDeterminer && nextAlone != tPronoun &&
+            !is(next, kAuxiliary) && !is(next, kClosedAdverb) && nextAlone != tPreposition &&
+            nextAlone != tDeterminer && nextAlone != tPronoun &&
             !(next->pastForm && isClauseBoundary(around.afterNext)); // "What happened?"
         if (followedByNominal)
             s[tDeterminer] += 2;
@@ -694,8 +781,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 2;
         return;
     }
-    if (conjunctions().contains(w) && (prepositions().contains(w) || closedAdverbs().contains(w))) {
-        const bool clauseFollows = next && next->isWord && subjectPronouns().contains(next->lower);
+    if (is(&t, kConjunction) && (is(&t, kPreposition) || is(&t, kClosedAdverb))) {
+        const bool clauseFollows = next && next->isWord && is(next, kSubjectPronoun);
         if (w == QLatin1String("so")) {
             if (next && (nextTag == tAdjective || nextTag == tAdverb || canBe(*next, tAdjective)) && !clauseFollows)
                 s[tAdverb] += 3;
@@ -721,29 +808,29 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
     // A number counts things ("two runs"), not actions ("under ten travel free").
     const bool afterDeterminer =
-        prev && (prev->tag == tDeterminer || (isNumber(*prev) && !auxiliaries().contains(w) &&
+        prev && (prev->tag == tDeterminer || (isNumber(*prev) && !is(&t, kAuxiliary) &&
                                               !(prevPrev && prevPrev->tag == tNoun) && (t.plural || !canBe(t, tVerb))));
     // "the next round": inside a noun phrase a preposition's noun sense is meant.
     const bool insideNounPhrase =
         afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
                             prevPrev && prevPrev->tag == tDeterminer && canBe(t, tNoun));
     // "let you down", "put your bag down here", "sit down and relax": a particle with nothing to govern.
-    if (isParticle(w) && prepositions().contains(w) && prev && !insideNounPhrase &&
+    if (isParticle(w) && is(&t, kPreposition) && prev && !insideNounPhrase &&
         (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction)) {
         s[tAdverb] += 3;
         return;
     }
-    const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
-                             prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
-    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext && !insideNounPhrase) {
+    const bool verbContext = is(prev, kSubjectPronoun) || is(prev, kModal) || prevWord == QLatin1String("to") ||
+                             prevWord == QLatin1String("please") || sentenceStart;
+    if (is(&t, kPreposition) && w != QLatin1String("like") && !verbContext && !insideNounPhrase) {
         // "ran out of milk", "came in quietly": after its verb and with no object of its own.
         const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
                                    (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
         if ((atEnd || particleAlone) && canBe(t, tAdverb))
             s[tAdverb] += 3;
-        else if (isParticle(w) && prev && prev->tag == tVerb && matchesVerb(phrasalVerbs(), prevWord))
+        else if (isParticle(w) && prev && prev->tag == tVerb && is(prev, kPhrasal))
             s[tAdverb] += 3;
-        else if (isParticle(w) && prevPrev && matchesVerb(phrasalVerbs(), prevPrev->lower) && prev->tag == tVerb)
+        else if (isParticle(w) && prevPrev && is(prevPrev, kPhrasal) && prev->tag == tVerb)
             s[tAdverb] += 3;
         else
             s[tPreposition] += 2;
@@ -751,16 +838,16 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (w == QLatin1String("like")) {
         // "sounds like a good idea", "looks just like his father": a comparison after a linking verb.
-        if (around.governor && around.governor->tag == tVerb && matchesVerb(linkingVerbs(), governorWord) &&
-            !subjectPronouns().contains(prevWord)) {
+        if (around.governor && around.governor->tag == tVerb && is(around.governor, kLinking) &&
+            !is(prev, kSubjectPronoun)) {
             s[tPreposition] += 4;
             return;
         }
-        if (prev && (subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
-                     prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural) ||
-                     (prev->tag == tPronoun && !objectPronouns().contains(prevWord))))
+        if (prev &&
+            (is(prev, kSubjectPronoun) || is(prev, kModal) || prevWord == QLatin1String("to") || prev->tag == tAdverb ||
+             (prev->tag == tNoun && prev->plural) || (prev->tag == tPronoun && !is(prev, kObjectPronoun))))
             s[tVerb] += 6;
-        else if (beForms().contains(prevWord))
+        else if (is(prev, kBeForm))
             s[tPreposition] += 3;
         return;
     }
@@ -775,7 +862,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
 
     // A degree word before an adjective or adverb modifies it.
-    if (degreeWords().contains(w) && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
+    if (is(&t, kDegree) && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
         !canBe(*next, tDeterminer)) {
         s[tAdverb] += 4;
         return;
@@ -792,17 +879,17 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tPreposition] -= 4;
         s[tConjunction] -= 4;
         if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !canBe(*next, tPreposition) &&
-            !auxiliaries().contains(next->lower))
+            !is(next, kAuxiliary))
             add(tAdjective, 3.5);
         else if (!atEnd && next->isWord &&
-                 (nextTag == tVerb || auxiliaries().contains(next->lower) || next->lower == QLatin1String("of")))
+                 (nextTag == tVerb || is(next, kAuxiliary) || next->lower == QLatin1String("of")))
             add(tNoun, 3); // "the close of trading"
-        else if (atEnd && (possessives().contains(prevWord) || prevWord == QLatin1String("the") ||
+        else if (atEnd && (is(prev, kPossessive) || prevWord == QLatin1String("the") ||
                            prevWord == QLatin1String("a") || prevWord == QLatin1String("an"))) {
             add(tNoun, 2); // "went to the fair."
             s[tAdjective] -= 2;
         }
-    } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord) && !closedAdverbs().contains(w)) {
+    } else if (prev && prev->tag == tAdjective && !is(prev, kBeForm) && !is(&t, kClosedAdverb)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
         // "the lovely present.": the word that closes the phrase is its noun.
@@ -819,7 +906,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     // "when demand grows": the word before a verb in -s is its subject.
     if (next && next->isWord && next->thirdPerson && !next->plural && canBe(t, tNoun) && !t.thirdPerson &&
-        !subjectPronouns().contains(prevWord) && !modals().contains(governorWord)) {
+        !is(prev, kSubjectPronoun) && !is(around.governor, kModal)) {
         add(tNoun, 2.5);
         s[tVerb] -= 2.5;
     }
@@ -829,7 +916,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (!t.ingForm)
             s[tVerb] -= 3;
         if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb ||
-            (next->isWord && subjectPronouns().contains(next->lower))) { // "at present we …"
+            (next->isWord && is(next, kSubjectPronoun))) { // "at present we …"
             add(tNoun, 2.5);
             s[tAdjective] -= 1;
         }
@@ -837,11 +924,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
-    if (modals().contains(governorWord))
+    if (is(around.governor, kModal))
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
     const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
     // "Is it broken?": the verb of an inverted question came first.
-    if (subjectPronouns().contains(governorWord) && !t.ingForm && !afterInvertedBe) {
+    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
@@ -853,30 +940,30 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
         (!prevPrev || prevPrev->tag != tPreposition))
         add(tVerb, 2.5);
-    if (prev && prev->tag == tPronoun && !objectPronouns().contains(prevWord) && t.thirdPerson && canBe(t, tVerb))
+    if (prev && prev->tag == tPronoun && !is(prev, kObjectPronoun) && t.thirdPerson && canBe(t, tVerb))
         add(tVerb, 3); // "that sounds", "everyone knows"
     // After a verb of action comes its object, not a second verb ("sent help", "sell stamps").
-    if (prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) && !beForms().contains(prevWord) &&
-        !bareVerbLicensors().contains(prevWord) && canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
+    if (prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kBareVerbLicensor) &&
+        canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
         s[tVerb] -= 2;
         add(tNoun, 1);
     }
     // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
     // unless a modal, "do" or "to" earlier in the clause asks for one.
     if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
-        !t.pastForm && !t.ingForm && !auxiliaries().contains(w) && (canBe(t, tNoun) || canBe(t, tAdjective)))
+        !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) && (canBe(t, tNoun) || canBe(t, tAdjective)))
         s[tVerb] -= 3;
     // A participle right after another verb and before a noun describes it ("ate boiled eggs").
-    if (t.pastForm && prev && prev->tag == tVerb && !auxiliaries().contains(prevWord) &&
-        !beForms().contains(prevWord) && next && next->isWord && (nextTag == tNoun || next->plural))
+    if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && next &&
+        next->isWord && (nextTag == tNoun || next->plural))
         add(tAdjective, 5);
-    const bool afterBe = beForms().contains(governorWord) || afterInvertedBe;
+    const bool afterBe = is(around.governor, kBeForm) || afterInvertedBe;
     if (afterBe) {
         if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
         else
             add(tAdjective, 3);
-        if ((t.ingForm || t.pastForm) && !beOnly().contains(governorWord) && !afterInvertedBe)
+        if ((t.ingForm || t.pastForm) && !is(around.governor, kBeOnly) && !afterInvertedBe)
             add(tAdjective, 3.5); // "looked exciting", "seemed surprised": no progressive or passive here
         else if (t.ingForm)
             add(tVerb, 3.5);
@@ -884,24 +971,24 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tVerb, 2.0);
         if (t.pastForm && next && next->lower == QLatin1String("by"))
             add(tVerb, 3.5);
-        else if ((t.ingForm || t.pastForm) && matchesVerb(feelingVerbs(), w) &&
+        else if ((t.ingForm || t.pastForm) && is(&t, kFeeling) &&
                  (atEnd || nextTag == tPreposition || nextTag == tConjunction || nextTag == tAdverb))
             add(tAdjective, 4);
         s[tNoun] -= 1;
     }
     const bool afterLinkingVerb =
-        around.governor && around.governor->tag == tVerb && !afterBe && matchesVerb(linkingVerbs(), governorWord);
-    const bool actionToo = matchesVerb(actionLinkingVerbs(), governorWord);
+        around.governor && around.governor->tag == tVerb && !afterBe && is(around.governor, kLinking);
+    const bool actionToo = is(around.governor, kActionLinking);
     if (afterLinkingVerb && canBe(t, tAdjective) && !adverbLike && (atEnd || isBoundaryOrFunction(next)) &&
         !(actionToo && (canBe(t, tAdverb) || t.ingForm))) {
         add(tAdjective, 3);
         if (t.ingForm || t.pastForm)
             add(tAdjective, 3.5);
     }
-    if (haveForms().contains(prevWord) && t.pastForm)
+    if (is(prev, kHave) && t.pastForm)
         add(tVerb, 5);
-    if (degreeWords().contains(prevWord)) {
-        const bool modifiesVerb = prevPrev && prevPrev->tag == tVerb && !beForms().contains(prevPrev->lower);
+    if (is(prev, kDegree)) {
+        const bool modifiesVerb = prevPrev && prevPrev->tag == tVerb && !is(prevPrev, kBeForm);
         add(tAdjective, modifiesVerb ? 1.0 : 3.0);
         add(tAdverb, modifiesVerb ? 3.5 : 1.5);
         s[tNoun] -= 3;
@@ -909,22 +996,20 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (clauseStart || prevWord == QLatin1String("please")) {
         // An imperative: a bare verb followed by what it acts on.
-        const bool objectFollows =
-            next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition || nextTag == tAdverb ||
-                     possessives().contains(next->lower) || isClauseBoundary(next));
+        const bool objectFollows = next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition ||
+                                            nextTag == tAdverb || is(next, kPossessive) || isClauseBoundary(next));
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
-            !(next && auxiliaries().contains(next->lower)))
+            !(next && is(next, kAuxiliary)))
             add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
         const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
-                                      verbAfter->isWord &&
-                                      (canBe(*verbAfter, tVerb) || auxiliaries().contains(verbAfter->lower)) &&
-                                      !verbAfter->thirdPerson && !determiners().contains(w);
+                                      verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) &&
+                                      !verbAfter->thirdPerson && !is(&t, kDeterminer);
         if (describesSubject) {
             add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
             s[tVerb] -= 2;
-        } else if (next && next->isWord && (auxiliaries().contains(next->lower) || nextTag == tVerb)) {
+        } else if (next && next->isWord && (is(next, kAuxiliary) || nextTag == tVerb)) {
             add(tNoun, 3);
             if (t.ingForm)
                 add(tNoun, 2);
@@ -936,25 +1021,21 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // ("rained hard all night", "flew high above").
     static const QSet<QString> spanDeterminers = wordSet({"all", "every", "each"});
     const bool phraseEnds = atEnd || isBoundaryOrFunction(next) || spanDeterminers.contains(next->lower);
-    if (phraseEnds && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
-        canBe(t, tAdverb) && (!modals().contains(prevWord) || doForms.contains(prevWord)) &&
-        (adverbLike || !matchesVerb(linkingVerbs(), prevWord) || matchesVerb(actionLinkingVerbs(), prevWord)))
+    if (phraseEnds && prev && prev->tag == tVerb && !is(prev, kBeForm) && !is(prev, kHave) && canBe(t, tAdverb) &&
+        (!is(prev, kModal) || doForms.contains(prevWord)) &&
+        (adverbLike || !is(prev, kLinking) || is(prev, kActionLinking)))
         add(tAdverb, 2.5);
     // "Push the door hard": how the action is done, after its object, unless the verb makes its object
     // into something ("found the exam hard", "painted the door green").
-    static const QSet<QString> complementVerbs =
-        wordSet({"find", "make",   "keep", "leave", "consider", "paint", "get",  "turn", "call",    "think", "like",
-                 "want", "prefer", "hold", "found", "made",     "kept",  "left", "got",  "thought", "held"});
     if ((atEnd || nextTag == tPreposition) && prev && prev->tag == tNoun && around.actionVerb &&
-        around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) &&
-        !matchesVerb(complementVerbs, around.actionVerb->lower) &&
-        !matchesVerb(linkingVerbs(), around.actionVerb->lower) && !t.text.endsWith(QLatin1String("ly")))
+        around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) && !is(around.actionVerb, kComplement) &&
+        !is(around.actionVerb, kLinking) && !t.text.endsWith(QLatin1String("ly")))
         add(tAdverb, 3);
-    if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
+    if (prev && prev->tag == tAdverb && !is(prev, kDegree) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
     // "Our team is winning.": an -ing form after "be" is the progressive unless it names a feeling.
-    if (atEnd && afterBe && canBe(t, tAdjective) && !(t.ingForm && beOnly().contains(governorWord)))
+    if (atEnd && afterBe && canBe(t, tAdjective) && !(t.ingForm && is(around.governor, kBeOnly)))
         add(tAdjective, t.pastForm && t.adjectiveLemma ? 2.5 : 1); // "Is it broken?": a state, no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
@@ -990,11 +1071,10 @@ void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsiz
             break;
         if (!around.governor && before.tag != tAdverb)
             around.governor = &before;
-        around.bareVerbLicensed = around.bareVerbLicensed || bareVerbLicensors().contains(before.lower);
-        if (!around.actionVerb && before.tag == tVerb && !auxiliaries().contains(before.lower) &&
-            !beForms().contains(before.lower))
+        around.bareVerbLicensed = around.bareVerbLicensed || is(&before, kBareVerbLicensor);
+        if (!around.actionVerb && before.tag == tVerb && !is(&before, kAuxiliary) && !is(&before, kBeForm))
             around.actionVerb = &before;
-        around.invertedBe = before.isWord && beOnly().contains(before.lower) &&
+        around.invertedBe = before.isWord && is(&before, kBeOnly) &&
                             (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
     }
     applyContext(t, prev, prevPrev, next, sentenceStart, around);
@@ -1042,6 +1122,7 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
         if (t.isWord) {
             context.analyse(t);
             t.tag = t.lexicalTag = best(t.scores);
+            t.lists = listsOf(t.lower);
         }
     }
     // Nouns that are plural without an ending WordNet marks.
