@@ -110,14 +110,16 @@ const QSet<QString>& pronouns()
          "his",     "her",     "either",   "neither",   "some",       "any",        "all",     "both",     "many",
          "much",    "each",    "one",      "i'm",       "you're",     "we're",      "they're", "he's",     "she's",
          "it's",    "i'll",    "you'll",   "we'll",     "they'll",    "he'll",      "she'll",  "i've",     "you've",
-         "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd"});
+         "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd",   "it'll",
+         "it'd",    "who'll",  "who'd",    "that'll"});
     return set;
 }
 
 const QSet<QString>& subjectPronouns()
 {
-    static const QSet<QString> set = wordSet({"i", "you", "he", "she", "it", "we", "they", "who", "i'll", "you'll",
-                                              "we'll", "they'll", "he'll", "she'll", "i'd", "you'd", "we'd", "they'd"});
+    static const QSet<QString> set = wordSet(
+        {"i",     "you",    "he",  "she",   "it",   "we",     "they",  "who",  "i'll",   "you'll", "we'll",  "they'll",
+         "he'll", "she'll", "i'd", "you'd", "we'd", "they'd", "it'll", "it'd", "who'll", "who'd",  "that'll"});
     return set;
 }
 
@@ -171,10 +173,10 @@ const QSet<QString>& auxiliaries()
 const QSet<QString>& modals()
 {
     static const QSet<QString> set =
-        wordSet({"can",    "could",   "will",     "would",     "shall",    "should",  "may",    "might",
-                 "must",   "do",      "does",     "did",       "don't",    "doesn't", "didn't", "can't",
-                 "cannot", "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "i'll",   "you'll",
-                 "we'll",  "they'll", "he'll",    "she'll",    "let's",    "let",     "needn't"});
+        wordSet({"can",      "could",     "will",     "would",   "shall",   "should", "may",    "might",  "must",
+                 "do",       "does",      "did",      "don't",   "doesn't", "didn't", "can't",  "cannot", "won't",
+                 "wouldn't", "shouldn't", "couldn't", "mustn't", "it'll",   "it'd",   "who'll", "who'd",  "that'll",
+                 "i'll",     "you'll",    "we'll",    "they'll", "he'll",   "she'll", "let's",  "let",    "needn't"});
     return set;
 }
 
@@ -222,9 +224,11 @@ const QSet<QString>& degreeWords()
 const QSet<QString>& interjectionsAndNumbers()
 {
     static const QSet<QString> set = wordSet(
-        {"wow", "oh",     "ah",     "hey",    "hello",  "hi",    "ouch",  "oops",    "hooray",   "alas",    "yes",
-         "ok",  "okay",   "bye",    "two",    "three",  "four",  "five",  "six",     "seven",    "eight",   "nine",
-         "ten", "eleven", "twelve", "twenty", "thirty", "forty", "fifty", "hundred", "thousand", "million", "billion"});
+        {"wow",     "oh",      "ah",        "hey",      "hello",    "hi",      "ouch",    "oops",     "hooray",
+         "alas",    "yes",     "ok",        "okay",     "bye",      "two",     "three",   "four",     "five",
+         "six",     "seven",   "eight",     "nine",     "ten",      "eleven",  "twelve",  "twenty",   "thirty",
+         "forty",   "fifty",   "hundred",   "thousand", "million",  "billion", "zero",    "thirteen", "fourteen",
+         "fifteen", "sixteen", "seventeen", "eighteen", "nineteen", "sixty",   "seventy", "eighty",   "ninety"});
     return set;
 }
 
@@ -1005,12 +1009,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         const Token* verbAfter = around.afterNext;
         const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
                                       verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) &&
-                                      !verbAfter->thirdPerson && !is(&t, kDeterminer);
+                                      !verbAfter->thirdPerson && !is(&t, kDeterminer) && !adverbLike;
         if (describesSubject) {
             add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
             s[tVerb] -= 2;
-        } else if (next && next->isWord && (is(next, kAuxiliary) || nextTag == tVerb)) {
-            add(tNoun, 3);
+        } else if (next && next->isWord && (is(next, kAuxiliary) || nextTag == tVerb) && !adverbLike) {
+            add(tNoun, 3); // the subject
             if (t.ingForm)
                 add(tNoun, 2);
         }
