@@ -63,7 +63,7 @@ private Q_SLOTS:
         QCOMPARE(int(*found), expected);
     }
 
-    // Each row was tagged wrongly by a tagger that looked at the next word's dictionary class only.
+    // Rows whose class depends on more of the clause than the word's two neighbours.
     void wordsTakeTheirClassFromTheirClause_data()
     {
         QTest::addColumn<QString>("sentence");
@@ -90,6 +90,20 @@ private Q_SLOTS:
             {"-ing of a verb of feeling after be", "The film was boring.", "boring", adjective},
             {"-ed of a verb of feeling after be", "We were worried about the exam.", "worried", adjective},
             {"other -ing after be is progressive", "The baby is crying.", "crying", verb},
+            {"that after an adjective opens a clause", "It is clear that he lied.", "that", conjunction},
+            {"that before a verb in -s is its subject", "That sounds great.", "That", pronoun},
+            {"contraction of it and will", "It'll rain later.", "rain", verb},
+            {"bare did is the verb itself", "You did well on the test.", "well", adverb},
+            {"well after feel is health", "I don't feel well today.", "well", adjective},
+            {"went names a change of state", "The milk went sour.", "sour", adjective},
+            {"adverb opening an imperative", "Then hand it in.", "hand", verb},
+            {"adjective before a plural subject", "Special offers end today.", "Special", adjective},
+            {"round governing a noun", "The boat sailed round the island.", "round", preposition},
+            {"round with nothing to govern", "He turned round and left.", "round", adverb},
+            {"particle after the verb's object", "Put your bag down here.", "down", adverb},
+            {"flat adverb after an imperative", "Drive straight home.", "straight", adverb},
+            {"noun before of", "The close of trading was quiet.", "close", noun},
+            {"noun closing a phrase after the", "We went to the fair.", "fair", noun},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
@@ -97,11 +111,43 @@ private Q_SLOTS:
 
     void wordsTakeTheirClassFromTheirClause() { wordsTakeTheirClassFromTheirNeighbours(); }
 
+    // Where each rule above must not reach.
+    void rulesLeaveTheirNeighboursAlone_data()
+    {
+        QTest::addColumn<QString>("sentence");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("expected");
+        using enum LexicalClass;
+        const std::tuple<const char*, const char*, const char*, LexicalClass> rows[] = {
+            {"particle with an object is a preposition", "He climbed up the ladder.", "up", preposition},
+            {"particle with an object after its verb", "He lives down the road.", "down", preposition},
+            {"a verb that makes its object into something", "She found the exam hard.", "hard", adjective},
+            {"plural noun takes a bare verb", "The shops close early.", "close", verb},
+            {"do lets a singular noun take a bare verb", "What time does the film start?", "start", verb},
+            {"let lets a singular noun take a bare verb", "Let the dog sleep.", "sleep", verb},
+            {"quality in an inverted question", "Is the shop open today?", "open", adjective},
+            {"progressive in an inverted question", "Is he coming tonight?", "coming", verb},
+            {"well after a verb of growing is manner", "Tomatoes grow well in the sun.", "well", adverb},
+            {"-ing after keep goes on", "The prices keep rising.", "rising", verb},
+            {"-ing after look is a quality", "Everyone looked exciting.", "exciting", adjective},
+            {"noun sense of round inside a phrase", "The next round starts soon.", "round", noun},
+            {"hyphenated noun", "My mother-in-law lives nearby.", "mother-in-law", noun},
+            {"participle between a and a noun", "We found a lost puppy.", "lost", adjective},
+            {"participle opening a sentence", "Tired walkers rested.", "Tired", adjective},
+            {"number before a bare verb", "Children under ten travel free.", "travel", verb},
+        };
+        for (const auto& [name, sentence, word, expected] : rows)
+            QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
+    }
+
+    void rulesLeaveTheirNeighboursAlone() { wordsTakeTheirClassFromTheirNeighbours(); }
+
     void numbersInterjectionsBadRangesAndTextGiveNothing()
     {
         const WordNetLexicalTagger tagger(WordNetLexicalTagger::defaultLexiconPath());
         QCOMPARE(classOf(tagger, QStringLiteral("Oh, I see."), QStringLiteral("Oh")), std::nullopt);
         QCOMPARE(classOf(tagger, QStringLiteral("Well, we tried."), QStringLiteral("Well")), std::nullopt);
+        QCOMPARE(classOf(tagger, QStringLiteral("Sixty people came."), QStringLiteral("Sixty")), std::nullopt);
         QCOMPARE(classOf(tagger, QStringLiteral("It cost 42 euros."), QStringLiteral("42")), std::nullopt);
         const QString sentence = QStringLiteral("A cat, sleeping.");
         QCOMPARE(tagger.lexicalClass(sentence, -1, 3), std::nullopt);
