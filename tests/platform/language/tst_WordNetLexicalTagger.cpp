@@ -104,6 +104,18 @@ private Q_SLOTS:
             {"flat adverb after an imperative", "Drive straight home.", "straight", adverb},
             {"noun before of", "The close of trading was quiet.", "close", noun},
             {"noun closing a phrase after the", "We went to the fair.", "fair", noun},
+            {"hyphenated prefix keeps the verb", "She re-read the letter.", "re-read", verb},
+            {"adverb of place after be", "The study is upstairs.", "upstairs", adverb},
+            {"much before a comparative", "It is much colder today.", "much", adverb},
+            {"much closing a clause", "Thank you very much.", "much", adverb},
+            {"subject of a verb in -s", "Prices rise when demand grows.", "demand", noun},
+            {"his standing for a noun", "His is the red one.", "His", pronoun},
+            {"like after a pronoun subject", "Some like tea.", "like", verb},
+            {"quality after fell", "She fell asleep.", "asleep", adjective},
+            {"people is plural", "People crowd into the square.", "crowd", verb},
+            {"quality after an inverted you", "Are you sure?", "sure", adjective},
+            {"-ing governing nothing after of", "The cost of living rose.", "living", noun},
+            {"object after a past verb", "The Red Cross sent help.", "help", noun},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
