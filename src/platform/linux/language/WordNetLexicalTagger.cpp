@@ -273,10 +273,10 @@ const QSet<QString>& discourseMarkers()
 const QSet<QString>& bareVerbLicensors()
 {
     static const QSet<QString> set =
-        wordSet({"can",      "could",     "will",     "would",   "shall",   "should", "may",   "might",  "must",
-                 "do",       "does",      "did",      "don't",   "doesn't", "didn't", "can't", "cannot", "won't",
-                 "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",    "let's", "make",   "makes",
-                 "made",     "help",      "helps",    "helped",  "to",      "better"});
+        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",     "might",
+                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't",  "can't",
+                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",
+                 "let's",  "make",  "makes",    "made",      "help",     "helps",   "helped",  "to"});
     return set;
 }
 
@@ -819,8 +819,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
                             prevPrev && prevPrev->tag == tDeterminer && canBe(t, tNoun));
     // "let you down", "put your bag down here", "sit down and relax": a particle with nothing to govern.
+    static const QSet<QString> timeOpeners = wordSet({"last", "next", "every"}); // "ate out last night"
     if (isParticle(w) && is(&t, kPreposition) && prev && !insideNounPhrase &&
-        (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction)) {
+        (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction ||
+         (next->isWord && timeOpeners.contains(next->lower)))) {
         s[tAdverb] += 3;
         return;
     }
@@ -932,7 +934,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
     const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
     // "Is it broken?": the verb of an inverted question came first.
-    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe) {
+    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe && !is(&t, kClosedAdverb)) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
@@ -948,10 +950,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tVerb, 3); // "that sounds", "everyone knows"
     // After a verb of action comes its object, not a second verb ("sent help", "sell stamps").
     if (prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kBareVerbLicensor) &&
-        canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
+        prevWord != QLatin1String("better") && canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
         s[tVerb] -= 2;
         add(tNoun, 1);
     }
+    // Nor does a past form follow another verb as a second finite verb ("turn left", "ate boiled eggs").
+    if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kHave) &&
+        !is(prev, kBareVerbLicensor) && (canBe(t, tAdjective) || canBe(t, tAdverb)))
+        s[tVerb] -= 3;
     // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
     // unless a modal, "do" or "to" earlier in the clause asks for one.
     if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
@@ -1003,7 +1009,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         const bool objectFollows = next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition ||
                                             nextTag == tAdverb || is(next, kPossessive) || isClauseBoundary(next));
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
-            !(next && is(next, kAuxiliary)))
+            !(next && is(next, kAuxiliary)) && (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please")))
             add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
