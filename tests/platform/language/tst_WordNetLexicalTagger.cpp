@@ -116,6 +116,9 @@ private Q_SLOTS:
             {"quality after an inverted you", "Are you sure?", "sure", adjective},
             {"-ing governing nothing after of", "The cost of living rose.", "living", noun},
             {"object after a past verb", "The Red Cross sent help.", "help", noun},
+            {"enough before a noun", "I have enough money.", "enough", determiner},
+            {"adverb between a subject and its verb", "He still lives here.", "still", adverb},
+            {"particle before a time", "We ate out last night.", "out", adverb},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
@@ -147,6 +150,7 @@ private Q_SLOTS:
             {"participle between a and a noun", "We found a lost puppy.", "lost", adjective},
             {"participle opening a sentence", "Tired walkers rested.", "Tired", adjective},
             {"number before a bare verb", "Children under ten travel free.", "travel", verb},
+            {"enough after a quality", "Is it warm enough?", "enough", adverb},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);

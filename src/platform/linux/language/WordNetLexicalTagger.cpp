@@ -724,6 +724,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
 
+    // "enough money" counts a thing; "warm enough" measures a quality.
+    if (w == QLatin1String("enough")) {
+        const bool nounFollows = next && next->isWord && canBe(*next, tNoun) && next->lexicalTag != tPreposition &&
+                                 !is(next, kClosedAdverb) && !is(next, kDeterminer) && !is(next, kPronoun);
+        s[nounFollows ? tDeterminer : tAdverb] = *std::max_element(s.begin(), s.end()) + 1;
+        return;
+    }
     // "much colder", "thank you very much": a quantity of degree, not of things.
     if (w == QLatin1String("much") || w == QLatin1String("far")) {
         static const QSet<QString> comparatives = wordSet({"more", "less", "better", "worse", "too"});
