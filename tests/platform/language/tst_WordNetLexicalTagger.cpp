@@ -119,6 +119,10 @@ private Q_SLOTS:
             {"enough before a noun", "I have enough money.", "enough", determiner},
             {"adverb between a subject and its verb", "He still lives here.", "still", adverb},
             {"particle before a time", "We ate out last night.", "out", adverb},
+            {"noun owned by a noun", "The girl's shoes were wet.", "shoes", noun},
+            {"preposition with nothing after it", "The ship went under.", "under", adverb},
+            {"imperative before an -ing form", "Stop laughing!", "Stop", verb},
+            {"preposition opening a sentence", "Inside the tent was warm.", "Inside", preposition},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
@@ -151,6 +155,8 @@ private Q_SLOTS:
             {"participle opening a sentence", "Tired walkers rested.", "Tired", adjective},
             {"number before a bare verb", "Children under ten travel free.", "travel", verb},
             {"enough after a quality", "Is it warm enough?", "enough", adverb},
+            {"verb after the subject of a question", "Can birds fly?", "fly", verb},
+            {"preposition left behind by a question word", "Who did you talk to?", "to", preposition},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);

@@ -654,6 +654,15 @@ bool canBe(const Token& t, Tag tag)
     return t.scores[tag] > absent;
 }
 
+// "children's", "the company's": a noun that owns what follows, as "their" does.
+bool isPossessiveNoun(const Token* t)
+{
+    static const QSet<QString> contractions =
+        wordSet({"that's", "what's", "there's", "here's", "who's", "where's", "how's", "let's"});
+    return t && t->isWord && t->lower.endsWith(QLatin1String("'s")) && !(t->lists & (kPronoun | kAuxiliary | kModal)) &&
+           !contractions.contains(t->lower);
+}
+
 bool isNumber(const Token& t)
 {
     return t.isWord && t.tag == tNone && (t.lower.front().isDigit() || interjectionsAndNumbers().contains(t.lower));
@@ -671,6 +680,9 @@ struct Surroundings
     const Token* governor = nullptr;   // the nearest word to the left that is not an adverb ("is" in "is still wet")
     bool bareVerbLicensed = false;     // a modal, "do", "to" or "let" earlier in the clause
     bool invertedBe = false;           // the clause opens with "is", "are", … ("Is the museum open?")
+    bool invertedModal = false;        // the clause opens with a modal or "do" ("Can dogs swim?")
+    bool verbSinceOpening = false;     // a verb between the clause's first word and this one
+    bool questionWordBefore = false;   // "what", "who", … earlier in the clause ("Who did you talk to?")
     const Token* actionVerb = nullptr; // the last verb before the word in its clause that is not "be" or an auxiliary
 };
 
@@ -818,9 +830,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
     // A number counts things ("two runs"), not actions ("under ten travel free").
-    const bool afterDeterminer =
-        prev && (prev->tag == tDeterminer || (isNumber(*prev) && !is(&t, kAuxiliary) &&
-                                              !(prevPrev && prevPrev->tag == tNoun) && (t.plural || !canBe(t, tVerb))));
+    const bool afterDeterminer = prev && (prev->tag == tDeterminer || isPossessiveNoun(prev) ||
+                                          (isNumber(*prev) && !is(&t, kAuxiliary) &&
+                                           !(prevPrev && prevPrev->tag == tNoun) && (t.plural || !canBe(t, tVerb))));
     // "the next round": inside a noun phrase a preposition's noun sense is meant.
     const bool insideNounPhrase =
         afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
@@ -829,17 +841,21 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     static const QSet<QString> timeOpeners = wordSet({"last", "next", "every"}); // "ate out last night"
     if (isParticle(w) && is(&t, kPreposition) && prev && !insideNounPhrase &&
         (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction ||
+         (canBe(*next, tAdverb) && isClauseBoundary(around.afterNext)) || // "hold on tight"
          (next->isWord && timeOpeners.contains(next->lower)))) {
         s[tAdverb] += 3;
         return;
     }
     const bool verbContext = is(prev, kSubjectPronoun) || is(prev, kModal) || prevWord == QLatin1String("to") ||
-                             prevWord == QLatin1String("please") || sentenceStart;
+                             prevWord == QLatin1String("please") || (sentenceStart && canBe(t, tVerb));
     if (is(&t, kPreposition) && w != QLatin1String("like") && !verbContext && !insideNounPhrase) {
         // "ran out of milk", "came in quietly": after its verb and with no object of its own.
         const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
                                    (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
-        if ((atEnd || particleAlone) && canBe(t, tAdverb))
+        // "The car went under", unlike "who did you talk to?".
+        if (atEnd && prev && prev->tag == tVerb && !around.questionWordBefore && w != QLatin1String("to"))
+            s[tAdverb] = std::max(s[tAdverb] + 3, s[tPreposition] + 1);
+        else if ((atEnd || particleAlone) && canBe(t, tAdverb))
             s[tAdverb] += 3;
         else if (isParticle(w) && prev && prev->tag == tVerb && is(prev, kPhrasal))
             s[tAdverb] += 3;
@@ -937,7 +953,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
-    if (is(around.governor, kModal))
+    // "Can dogs swim?": right after a modal opening a question comes its subject.
+    const bool subjectOfQuestion = around.invertedModal && prev == around.governor && canBe(t, tNoun) &&
+                                   !prevWord.contains(QLatin1Char('\'')) &&
+                                   (t.plural || (!t.text.isEmpty() && t.text.front().isUpper()));
+    if (is(around.governor, kModal) && !subjectOfQuestion)
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
     const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
     // "Is it broken?": the verb of an inverted question came first.
@@ -948,8 +968,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     if (prev && prev->tag == tNoun && prev->plural && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
         !around.invertedBe &&
-        (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective))
+        (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective ||
+         isPossessiveNoun(prevPrev)))
         add(tVerb, 2.5);
+    // "Can dogs swim?", "Does the shop open early?": the verb after an inverted modal's subject.
+    if (around.invertedModal && !around.verbSinceOpening && prev && prev->tag == tNoun && canBe(t, tVerb) &&
+        !t.thirdPerson && !t.pastForm && !t.ingForm)
+        add(tVerb, 3);
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
         (!prevPrev || prevPrev->tag != tPreposition))
         add(tVerb, 2.5);
@@ -1022,11 +1047,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         const Token* verbAfter = around.afterNext;
         const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
                                       verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) &&
-                                      !verbAfter->thirdPerson && !is(&t, kDeterminer) && !adverbLike;
+                                      !verbAfter->thirdPerson && !is(&t, kDeterminer) && !adverbLike &&
+                                      !is(&t, kAuxiliary);
         if (describesSubject) {
             add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
             s[tVerb] -= 2;
-        } else if (next && next->isWord && (is(next, kAuxiliary) || nextTag == tVerb) && !adverbLike) {
+        } else if (next && next->isWord && (is(next, kAuxiliary) || (nextTag == tVerb && !next->ingForm)) &&
+                   !adverbLike && !is(&t, kAuxiliary)) {
             add(tNoun, 3); // the subject
             if (t.ingForm)
                 add(tNoun, 2);
@@ -1091,8 +1118,13 @@ void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsiz
         around.bareVerbLicensed = around.bareVerbLicensed || is(&before, kBareVerbLicensor);
         if (!around.actionVerb && before.tag == tVerb && !is(&before, kAuxiliary) && !is(&before, kBeForm))
             around.actionVerb = &before;
-        around.invertedBe = before.isWord && is(&before, kBeOnly) &&
-                            (j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]));
+        const bool opening = j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]);
+        around.invertedBe = before.isWord && is(&before, kBeOnly) && opening;
+        around.invertedModal = before.isWord && is(&before, kModal) && opening;
+        if (!opening && before.tag == tVerb)
+            around.verbSinceOpening = true;
+        static const QSet<QString> questionWords = wordSet({"what", "who", "whom", "which", "where", "whose", "that"});
+        around.questionWordBefore = around.questionWordBefore || questionWords.contains(before.lower);
     }
     applyContext(t, prev, prevPrev, next, sentenceStart, around);
     t.tag = best(t.scores);
