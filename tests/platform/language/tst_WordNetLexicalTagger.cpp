@@ -184,6 +184,35 @@ private Q_SLOTS:
         QVERIFY(tagger.lexicalClass(QStringLiteral("😀 ☃"), 0, 2) == std::nullopt);
     }
 
+    // The rules look two words ahead and back across the clause; texts that stop short of that
+    // must not lead them off the end.
+    void everyWordOfShortAndUnfinishedTextsIsTagged()
+    {
+        const WordNetLexicalTagger tagger(WordNetLexicalTagger::defaultLexiconPath());
+        const QStringList texts = {
+            QStringLiteral("the wrong"),   QStringLiteral("Mark the wrong answers"),
+            QStringLiteral("Can dogs"),    QStringLiteral("That"),
+            QStringLiteral("is it"),       QStringLiteral("The girl's"),
+            QStringLiteral("went under"),  QStringLiteral("NOTICE:"),
+            QStringLiteral("Well,"),       QStringLiteral("it'll rain"),
+            QStringLiteral("a 10-minute"), QStringLiteral("re-"),
+            QStringLiteral("Dr."),         QStringLiteral("\"Stop,\" he said \u2014 and"),
+            QStringLiteral("enough"),      QStringLiteral("much colder than"),
+        };
+        for (const QString& text : texts) {
+            // Every letter of a word is tagged as the word.
+            std::optional<LexicalClass> wordClass;
+            for (qsizetype at = 0; at < text.size(); ++at) {
+                const auto found = tagger.lexicalClass(text, at, 1);
+                if (!text.at(at).isLetter())
+                    continue;
+                if (at == 0 || !text.at(at - 1).isLetter())
+                    wordClass = found;
+                QVERIFY2(found == wordClass, qPrintable(text));
+            }
+        }
+    }
+
     void withoutTheLexiconClosedClassesStillWork()
     {
         QTemporaryDir directory;

@@ -798,7 +798,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             !is(next, kAuxiliary) && !is(next, kClosedAdverb) && nextAlone != tPreposition &&
             nextAlone != tDeterminer && nextAlone != tPronoun &&
             !(next->pastForm && isClauseBoundary(around.afterNext)); // "What happened?"
-        if (followedByNominal)
+        const bool oneFollows = next && (next->lower == QLatin1String("one") || next->lower == QLatin1String("ones"));
+        if (followedByNominal || oneFollows) // "this one"
             s[tDeterminer] += 2;
         else
             s[tPronoun] += 2;
@@ -907,7 +908,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tPronoun] -= 4;
         s[tPreposition] -= 4;
         s[tConjunction] -= 4;
-        if (!atEnd && next->isWord && nextTag == tNoun && !next->pastForm && !canBe(*next, tPreposition) &&
+        // "the wrong answers.": a word that is mostly an adjective before a word closing the phrase.
+        const bool headFollows = nextTag == tNoun || (t.lexicalTag == tAdjective && next && next->isWord &&
+                                                      next->plural && isBoundaryOrFunction(around.afterNext));
+        if (!atEnd && next->isWord && headFollows && !next->pastForm && !canBe(*next, tPreposition) &&
             !is(next, kAuxiliary))
             add(tAdjective, 3.5);
         else if (!atEnd && next->isWord &&
@@ -961,7 +965,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tVerb, doForms.contains(governorWord) ? 2 : 5);
     const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
     // "Is it broken?": the verb of an inverted question came first.
-    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe && !is(&t, kClosedAdverb)) {
+    // "spelled it wrong": "it" and "you" right after a verb are its object, not a subject.
+    const bool objectPronoun = prev == around.governor && prevPrev && prevPrev->tag == tVerb &&
+                               !is(prevPrev, kAuxiliary) &&
+                               (prevWord == QLatin1String("it") || prevWord == QLatin1String("you"));
+    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe && !is(&t, kClosedAdverb) &&
+        !objectPronoun) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
@@ -990,6 +999,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kHave) &&
         !is(prev, kBareVerbLicensor) && (canBe(t, tAdjective) || canBe(t, tAdverb)))
         s[tVerb] -= 3;
+    // "Bus passes are free": a plural before "are" or "have" is their subject.
+    static const QSet<QString> pluralFinite = wordSet({"are", "were", "have", "aren't", "weren't", "haven't"});
+    if (t.plural && canBe(t, tNoun) && next && next->isWord && pluralFinite.contains(next->lower)) {
+        add(tNoun, 2);
+        s[tVerb] -= 2;
+    }
     // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
     // unless a modal, "do" or "to" earlier in the clause asks for one.
     if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
@@ -1071,9 +1086,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tAdverb, 2.5);
     // "Push the door hard": how the action is done, after its object, unless the verb makes its object
     // into something ("found the exam hard", "painted the door green").
-    if ((atEnd || nextTag == tPreposition) && prev && prev->tag == tNoun && around.actionVerb &&
-        around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) && !is(around.actionVerb, kComplement) &&
-        !is(around.actionVerb, kLinking) && !t.text.endsWith(QLatin1String("ly")))
+    if ((atEnd || nextTag == tPreposition) && prev && (prev->tag == tNoun || prev->tag == tPronoun) &&
+        around.actionVerb && around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) &&
+        !is(around.actionVerb, kComplement) && !is(around.actionVerb, kLinking) &&
+        !t.text.endsWith(QLatin1String("ly")))
         add(tAdverb, 3);
     if (prev && prev->tag == tAdverb && !is(prev, kDegree) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
