@@ -123,6 +123,8 @@ private Q_SLOTS:
             {"preposition with nothing after it", "The ship went under.", "under", adverb},
             {"imperative before an -ing form", "Stop laughing!", "Stop", verb},
             {"preposition opening a sentence", "Inside the tent was warm.", "Inside", preposition},
+            {"capitalised name inside a sentence", "Jack and Rose sang.", "Rose", noun},
+            {"capitalised name after a verb", "We met Rose there.", "Rose", noun},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
@@ -157,6 +159,8 @@ private Q_SLOTS:
             {"enough after a quality", "Is it warm enough?", "enough", adverb},
             {"verb after the subject of a question", "Can birds fly?", "fly", verb},
             {"preposition left behind by a question word", "Who did you talk to?", "to", preposition},
+            {"participle of an event after be", "The car was sold.", "sold", verb},
+            {"participle of a state after be", "The vase is broken.", "broken", adjective},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);

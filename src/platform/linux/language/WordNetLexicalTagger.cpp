@@ -37,7 +37,7 @@ struct Token
     bool isWord = false;
     // Morphology of a word token.
     bool plural = false, thirdPerson = false, pastForm = false, ingForm = false;
-    bool adjectiveLemma = false; // WordNet lists the form itself as an adjective ("broken", not "banned")
+    bool oftenAdjective = false; // WordNet's texts often use the form itself as an adjective ("broken", not "sold")
     Scores scores{};
     Tag lexicalTag = tNone; // the class it has on its own
     Tag tag = tNone;
@@ -492,7 +492,7 @@ struct WordNetLexicalTaggerContext
                 t.pastForm = true;
             if (e->flags & irregularPlural)
                 t.plural = true;
-            t.adjectiveLemma = e->taggedUses[adjective] > 0 || e->senses[adjective] > 0;
+            t.oftenAdjective = e->taggedUses[adjective] >= 10;
         }
         auto raise = [&](Tag tag, double value) { s[tag] = std::max(s[tag], value); };
         // Regular inflections, a little below the base word's own standing.
@@ -715,6 +715,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s.fill(absent);
         s[tNone] = closedClassScore;
         return;
+    }
+    // "Amy and Rose": inside a sentence a capital letter marks a name.
+    if (!sentenceStart && !t.text.isEmpty() && t.text.front().isUpper() && t.lists == 0 && canBe(t, tNoun) &&
+        !(prev && !prev->isWord)) {
+        add(tNoun, 3);
+        s[tVerb] -= 2;
     }
     // "Ms Green", "Dr Lee": a title names the word after it.
     static const QSet<QString> titles =
@@ -1096,7 +1102,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         add(tAdverb, 1);
     // "Our team is winning.": an -ing form after "be" is the progressive unless it names a feeling.
     if (atEnd && afterBe && canBe(t, tAdjective) && !(t.ingForm && is(around.governor, kBeOnly)))
-        add(tAdjective, t.pastForm && t.adjectiveLemma ? 2.5 : 1); // "Is it broken?": a state, no doer named
+        add(tAdjective, t.pastForm && t.oftenAdjective ? 2.5 : 1); // "Is it broken?": a state, no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
 }
