@@ -321,7 +321,7 @@ const QSet<QString>& feelingVerbs()
                  "irritate",  "please",    "satisfy", "shock",   "surprise",  "terrify",   "thrill",     "tire",
                  "worry",     "astonish",  "alarm",   "amuse",   "inspire",   "overwhelm", "puzzle",     "scare",
                  "impress",   "delight",   "disturb", "upset",   "relax",     "convince",  "concern",    "insult",
-                 "offend",    "scare",     "bother",  "stun",    "horrify"});
+                 "offend",    "bother",    "stun",    "horrify"});
     return set;
 }
 
