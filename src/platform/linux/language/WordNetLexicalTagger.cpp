@@ -5,8 +5,10 @@
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -35,9 +37,43 @@ struct Token
     bool isWord = false;
     // Morphology of a word token.
     bool plural = false, thirdPerson = false, pastForm = false, ingForm = false;
+    bool oftenAdjective = false; // WordNet's texts often use the form itself as an adjective ("broken", not "sold")
     Scores scores{};
+    Tag lexicalTag = tNone; // the class it has on its own
     Tag tag = tNone;
+    quint32 lists = 0; // the word lists below that hold the word, looked up once
 };
+
+enum WordList : quint32 {
+    kDeterminer = 1u << 0,
+    kPronoun = 1u << 1,
+    kSubjectPronoun = 1u << 2,
+    kObjectPronoun = 1u << 3,
+    kPreposition = 1u << 4,
+    kConjunction = 1u << 5,
+    kClosedAdverb = 1u << 6,
+    kAuxiliary = 1u << 7,
+    kModal = 1u << 8,
+    kBeForm = 1u << 9,
+    kBeOnly = 1u << 10,
+    kHave = 1u << 11,
+    kDegree = 1u << 12,
+    kPossessive = 1u << 13,
+    kBareVerbLicensor = 1u << 14,
+    kTimeAdverb = 1u << 15,
+    kDiscourseMarker = 1u << 16,
+    kLinking = 1u << 17,
+    kActionLinking = 1u << 18,
+    kPhrasal = 1u << 19,
+    kComplement = 1u << 20,
+    kFeeling = 1u << 21,
+};
+
+// Whether t is a word on the list.
+bool is(const Token* t, WordList list)
+{
+    return t && t->isWord && (t->lists & list);
+}
 
 QSet<QString> wordSet(std::initializer_list<const char*> words)
 {
@@ -74,14 +110,16 @@ const QSet<QString>& pronouns()
          "his",     "her",     "either",   "neither",   "some",       "any",        "all",     "both",     "many",
          "much",    "each",    "one",      "i'm",       "you're",     "we're",      "they're", "he's",     "she's",
          "it's",    "i'll",    "you'll",   "we'll",     "they'll",    "he'll",      "she'll",  "i've",     "you've",
-         "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd"});
+         "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd",   "it'll",
+         "it'd",    "who'll",  "who'd",    "that'll"});
     return set;
 }
 
 const QSet<QString>& subjectPronouns()
 {
-    static const QSet<QString> set = wordSet({"i", "you", "he", "she", "it", "we", "they", "who", "i'll", "you'll",
-                                              "we'll", "they'll", "he'll", "she'll", "i'd", "you'd", "we'd", "they'd"});
+    static const QSet<QString> set = wordSet(
+        {"i",     "you",    "he",  "she",   "it",   "we",     "they",  "who",  "i'll",   "you'll", "we'll",  "they'll",
+         "he'll", "she'll", "i'd", "you'd", "we'd", "they'd", "it'll", "it'd", "who'll", "who'd",  "that'll"});
     return set;
 }
 
@@ -93,7 +131,7 @@ const QSet<QString>& prepositions()
          "of",      "off",        "near",       "since",   "until",  "till",    "like",  "except",  "along",   "across",
          "behind",  "beyond",     "within",     "without", "toward", "towards", "upon",  "among",   "around",  "past",
          "despite", "inside",     "outside",    "onto",    "per",    "via",     "above", "below",   "beneath", "beside",
-         "besides", "throughout", "underneath", "unlike",  "amid",   "out",     "as",    "than"});
+         "besides", "throughout", "underneath", "unlike",  "amid",   "out",     "as",    "than",    "round"});
     return set;
 }
 
@@ -109,34 +147,36 @@ const QSet<QString>& conjunctions()
 const QSet<QString>& closedAdverbs()
 {
     static const QSet<QString> set = wordSet(
-        {"not",     "very",     "too",       "also",      "just",   "only",      "even",     "again",      "already",
-         "always",  "never",    "often",     "sometimes", "soon",   "now",       "then",     "here",       "there",
-         "today",   "tomorrow", "yesterday", "tonight",   "still",  "yet",       "so",       "quite",      "rather",
-         "almost",  "ever",     "perhaps",   "maybe",     "please", "away",      "back",     "home",       "really",
-         "usually", "instead",  "later",     "together",  "else",   "elsewhere", "anywhere", "everywhere", "somewhere",
-         "nowhere", "how",      "why",       "when",      "where",  "twice",     "once",     "up",         "down",
-         "out",     "off",      "along",     "around",    "before", "inside",    "outside",  "over",       "ago",
-         "enough",  "n't"});
+        {"not",     "very",     "too",       "also",       "just",   "only",      "even",     "again",      "already",
+         "always",  "never",    "often",     "sometimes",  "soon",   "now",       "then",     "here",       "there",
+         "today",   "tomorrow", "yesterday", "tonight",    "still",  "yet",       "so",       "quite",      "rather",
+         "almost",  "ever",     "perhaps",   "maybe",      "please", "away",      "back",     "home",       "really",
+         "usually", "instead",  "later",     "together",   "else",   "elsewhere", "anywhere", "everywhere", "somewhere",
+         "nowhere", "how",      "why",       "when",       "where",  "twice",     "once",     "up",         "down",
+         "out",     "off",      "along",     "around",     "before", "inside",    "outside",  "over",       "ago",
+         "enough",  "n't",      "upstairs",  "downstairs", "abroad", "indoors",   "outdoors", "ahead",      "overseas",
+         "nearby"});
     return set;
 }
 
 const QSet<QString>& auxiliaries()
 {
     static const QSet<QString> set =
-        wordSet({"am",      "is",      "are",      "was",       "were",     "be",      "been",    "being",  "have",
-                 "has",     "had",     "do",       "does",      "did",      "can",     "could",   "will",   "would",
-                 "shall",   "should",  "may",      "might",     "must",     "don't",   "doesn't", "didn't", "can't",
-                 "cannot",  "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "isn't",   "aren't", "wasn't",
-                 "weren't", "haven't", "hasn't",   "hadn't",    "let's",    "ought"});
+        wordSet({"am",     "is",      "are",      "was",       "were",     "be",      "been",    "being",  "have",
+                 "has",    "had",     "do",       "does",      "did",      "can",     "could",   "will",   "would",
+                 "shall",  "should",  "may",      "might",     "must",     "don't",   "doesn't", "didn't", "can't",
+                 "cannot", "won't",   "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "isn't",  "aren't",
+                 "wasn't", "weren't", "haven't",  "hasn't",    "hadn't",   "let's",   "ought"});
     return set;
 }
 
 const QSet<QString>& modals()
 {
-    static const QSet<QString> set = wordSet(
-        {"can",      "could",   "will",  "would",   "shall",  "should",  "may",    "might",  "must",     "do",
-         "does",     "did",     "don't", "doesn't", "didn't", "can't",   "cannot", "won't",  "wouldn't", "shouldn't",
-         "couldn't", "mustn't", "i'll",  "you'll",  "we'll",  "they'll", "he'll",  "she'll", "let's",    "let"});
+    static const QSet<QString> set =
+        wordSet({"can",      "could",     "will",     "would",   "shall",   "should", "may",    "might",  "must",
+                 "do",       "does",      "did",      "don't",   "doesn't", "didn't", "can't",  "cannot", "won't",
+                 "wouldn't", "shouldn't", "couldn't", "mustn't", "it'll",   "it'd",   "who'll", "who'd",  "that'll",
+                 "i'll",     "you'll",    "we'll",    "they'll", "he'll",   "she'll", "let's",  "let",    "needn't"});
     return set;
 }
 
@@ -152,8 +192,18 @@ const QSet<QString>& beForms()
 // Verbs that link a subject to a quality ("smells sour", "grew tired").
 const QSet<QString>& linkingVerbs()
 {
-    static const QSet<QString> set = wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",
-                                              "become", "feel", "look", "turn", "keep", "prove"});
+    static const QSet<QString> set = wordSet({"smell",  "taste", "sound", "seem", "appear", "remain", "stay", "grow",
+                                              "become", "feel",  "look",  "turn", "keep",   "prove",  "fall", "fell",
+                                              "fallen", "grew",  "grown", "kept", "go",     "went",   "gone"});
+    return set;
+}
+
+// Linking verbs that are as often verbs of action ("grow well", "keep rising"): after them only a
+// word that cannot be an adverb reads as a quality.
+const QSet<QString>& actionLinkingVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown", "kept", "go", "went", "gone"});
     return set;
 }
 
@@ -174,9 +224,11 @@ const QSet<QString>& degreeWords()
 const QSet<QString>& interjectionsAndNumbers()
 {
     static const QSet<QString> set = wordSet(
-        {"wow", "oh",     "ah",     "hey",    "hello",  "hi",    "ouch",  "oops",    "hooray",   "alas",    "yes",
-         "ok",  "okay",   "bye",    "two",    "three",  "four",  "five",  "six",     "seven",    "eight",   "nine",
-         "ten", "eleven", "twelve", "twenty", "thirty", "forty", "fifty", "hundred", "thousand", "million", "billion"});
+        {"wow",     "oh",      "ah",        "hey",      "hello",    "hi",      "ouch",    "oops",     "hooray",
+         "alas",    "yes",     "ok",        "okay",     "bye",      "two",     "three",   "four",     "five",
+         "six",     "seven",   "eight",     "nine",     "ten",      "eleven",  "twelve",  "twenty",   "thirty",
+         "forty",   "fifty",   "hundred",   "thousand", "million",  "billion", "zero",    "thirteen", "fourteen",
+         "fifteen", "sixteen", "seventeen", "eighteen", "nineteen", "sixty",   "seventy", "eighty",   "ninety"});
     return set;
 }
 
@@ -184,10 +236,47 @@ const QSet<QString>& interjectionsAndNumbers()
 // is an adverb even when a noun phrase follows.
 const QSet<QString>& phrasalVerbs()
 {
-    static const QSet<QString> set = wordSet(
-        {"look",   "pick",  "give",  "make", "turn", "put",  "take",  "set", "back",   "fill",  "break", "bring",
-         "call",   "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort",  "work",
-         "switch", "hand",  "carry", "find", "let",  "try",  "wash",  "pay", "sum",    "tidy",  "mix",   "open"});
+    static const QSet<QString> set =
+        wordSet({"look", "pick", "give", "make", "turn", "put", "take", "set", "back", "fill", "break", "bring", "call",
+                 "clean", "write", "shut", "wake", "hang", "throw", "cut", "figure", "point", "sort", "work", "switch",
+                 "hand", "carry", "find", "let", "try", "wash", "pay", "sum", "tidy", "mix", "open",
+                 // their irregular past forms
+                 "took", "taken", "gave", "given", "made", "broke", "broken", "brought", "threw", "thrown", "wrote",
+                 "written", "woke", "woken", "hung", "found", "paid"});
+    return set;
+}
+
+// The forms of "be" itself: after them an -ing form is the progressive, unlike after "look".
+const QSet<QString>& beOnly()
+{
+    static const QSet<QString> set =
+        wordSet({"am", "is", "are", "was", "were", "be", "been", "being", "isn't", "aren't", "wasn't", "weren't", "i'm",
+                 "you're", "we're", "they're", "he's", "she's", "it's"});
+    return set;
+}
+
+const QSet<QString>& objectPronouns()
+{
+    static const QSet<QString> set = wordSet({"me", "him", "her", "us", "them"});
+    return set;
+}
+
+// Words that open a sentence as an interjection when a comma follows ("Well, …", "No, …").
+const QSet<QString>& discourseMarkers()
+{
+    static const QSet<QString> set = wordSet({"well", "no", "yes", "oh", "ok", "okay"});
+    return set;
+}
+
+// Words that let a bare verb follow a singular noun later in their clause ("does the film start",
+// "let the dog sleep").
+const QSet<QString>& bareVerbLicensors()
+{
+    static const QSet<QString> set =
+        wordSet({"can",    "could", "will",     "would",     "shall",    "should",  "may",     "might",
+                 "must",   "do",    "does",     "did",       "don't",    "doesn't", "didn't",  "can't",
+                 "cannot", "won't", "wouldn't", "shouldn't", "couldn't", "mustn't", "needn't", "let",
+                 "let's",  "make",  "makes",    "made",      "help",     "helps",   "helped",  "to"});
     return set;
 }
 
@@ -204,27 +293,96 @@ const QSet<QString>& pluralDeterminers()
     return set;
 }
 
-// The dictionary form of a regular verb form, for matching against word lists.
-bool matchesVerb(const QSet<QString>& verbs, const QString& form)
+// The dictionary forms a verb form could come from, itself first ("stopped" → stop, "worried" → worry).
+QStringList verbBases(const QString& form)
 {
-    if (verbs.contains(form))
-        return true;
+    QStringList bases{form};
     for (const char* suffix : {"ed", "d", "s", "es", "ing"}) {
-        const QString sfx = QString::fromLatin1(suffix);
+        const QLatin1String sfx(suffix);
         if (form.endsWith(sfx) && form.size() > sfx.size() + 1) {
             const QString base = form.chopped(sfx.size());
-            if (verbs.contains(base) || verbs.contains(base + QLatin1Char('e')) ||
-                (base.size() > 2 && base.back() == base.at(base.size() - 2) && verbs.contains(base.chopped(1))))
-                return true;
+            bases << base << base + QLatin1Char('e');
+            if (base.size() > 2 && base.back() == base.at(base.size() - 2))
+                bases << base.chopped(1);
+            if (base.endsWith(QLatin1Char('i')))
+                bases << base.chopped(1) + QLatin1Char('y');
         }
     }
-    return false;
+    return bases;
+}
+
+// Verbs of feeling caused in someone: after "be" their participles name the feeling or its cause
+// ("was boring", "were worried about") unless an object or a doer follows ("is boring me").
+const QSet<QString>& feelingVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"amaze",     "annoy",     "bore",    "charm",   "confuse",   "depress",   "disappoint", "disgust",
+                 "embarrass", "encourage", "excite",  "exhaust", "fascinate", "frighten",  "frustrate",  "interest",
+                 "irritate",  "please",    "satisfy", "shock",   "surprise",  "terrify",   "thrill",     "tire",
+                 "worry",     "astonish",  "alarm",   "amuse",   "inspire",   "overwhelm", "puzzle",     "scare",
+                 "impress",   "delight",   "disturb", "upset",   "relax",     "convince",  "concern",    "insult",
+                 "offend",    "bother",    "stun",    "horrify"});
+    return set;
+}
+
+// Verbs that make their object into something ("found the exam hard", "painted the door green").
+const QSet<QString>& complementVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"find", "make",   "keep", "leave", "consider", "paint", "get",  "turn", "call",    "think", "like",
+                 "want", "prefer", "hold", "found", "made",     "kept",  "left", "got",  "thought", "held"});
+    return set;
+}
+
+// Every list a word form is on, from one table of whole forms and one of dictionary forms of verbs.
+quint32 listsOf(const QString& w)
+{
+    static const auto [forms, verbs] = [] {
+        const std::pair<const QSet<QString>&, WordList> plain[] = {
+            {determiners(), kDeterminer},
+            {pronouns(), kPronoun},
+            {subjectPronouns(), kSubjectPronoun},
+            {objectPronouns(), kObjectPronoun},
+            {prepositions(), kPreposition},
+            {conjunctions(), kConjunction},
+            {closedAdverbs(), kClosedAdverb},
+            {auxiliaries(), kAuxiliary},
+            {modals(), kModal},
+            {beForms(), kBeForm},
+            {beOnly(), kBeOnly},
+            {haveForms(), kHave},
+            {degreeWords(), kDegree},
+            {possessives(), kPossessive},
+            {bareVerbLicensors(), kBareVerbLicensor},
+            {timeAdverbs(), kTimeAdverb},
+            {discourseMarkers(), kDiscourseMarker},
+        };
+        const std::pair<const QSet<QString>&, WordList> verbLists[] = {
+            {linkingVerbs(), kLinking}, {actionLinkingVerbs(), kActionLinking},
+            {phrasalVerbs(), kPhrasal}, {complementVerbs(), kComplement},
+            {feelingVerbs(), kFeeling},
+        };
+        std::pair<QHash<QString, quint32>, QHash<QString, quint32>> tables;
+        for (const auto& [set, list] : plain) {
+            for (const QString& word : set)
+                tables.first[word] |= list;
+        }
+        for (const auto& [set, list] : verbLists) {
+            for (const QString& word : set)
+                tables.second[word] |= list;
+        }
+        return tables;
+    }();
+    quint32 lists = forms.value(w);
+    for (const QString& base : verbBases(w))
+        lists |= verbs.value(base);
+    return lists;
 }
 
 bool isParticle(const QString& w)
 {
-    static const QSet<QString> set =
-        wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along", "around", "through"});
+    static const QSet<QString> set = wordSet({"up", "down", "out", "off", "in", "on", "over", "away", "back", "along",
+                                              "around", "through", "round", "about"});
     return set.contains(w);
 }
 
@@ -276,12 +434,54 @@ struct WordNetLexicalTaggerContext
         return result;
     }
 
+    // A hyphenated word WordNet does not list, by its parts: "re-read" is read again, "self-taught"
+    // and "hard-working" describe like participles, "part-time" and "up-to-date" describe a noun,
+    // "mother-in-law" is named by its last part.
+    void analyseCompound(Token& t) const
+    {
+        static const QSet<QString> prefixes =
+            wordSet({"re", "co", "pre", "un", "over", "under", "mis", "out", "de", "non", "anti", "post", "sub"});
+        const QStringList parts = t.lower.split(QLatin1Char('-'), Qt::SkipEmptyParts);
+        if (parts.size() < 2)
+            return;
+        Token part;
+        if (parts.size() == 2 && prefixes.contains(parts.front())) {
+            part.lower = parts.back();
+            analyse(part);
+            t.scores = part.scores;
+            t.plural = part.plural;
+            t.thirdPerson = part.thirdPerson;
+            t.pastForm = part.pastForm;
+            t.ingForm = part.ingForm;
+            return;
+        }
+        part.lower = parts.back();
+        analyse(part);
+        Scores& s = t.scores;
+        s.fill(absent);
+        const double top = *std::max_element(part.scores.begin(), part.scores.end());
+        if (top <= absent)
+            return;
+        if (part.ingForm || part.pastForm || part.scores[tAdjective] >= top) {
+            s[tAdjective] = top + 1;
+            return;
+        }
+        if (part.scores[tNoun] > absent) {
+            s[tNoun] = part.scores[tNoun];
+            s[tAdjective] = part.scores[tNoun] - 0.5;
+            t.plural = part.plural;
+        }
+    }
+
     void analyse(Token& t) const
     {
         Scores& s = t.scores;
         s.fill(absent);
         const QString& w = t.lower;
-        if (interjectionsAndNumbers().contains(w) || (!w.isEmpty() && w.front().isDigit())) {
+        const bool numberCompound = w.contains(QLatin1Char('-')) && std::any_of(w.begin(), w.end(), [](QChar c) {
+                                        return c.isLetter();
+                                    }); // "10-minute"
+        if (interjectionsAndNumbers().contains(w) || (!w.isEmpty() && w.front().isDigit() && !numberCompound)) {
             s[tNone] = closedClassScore + 2;
             return;
         }
@@ -292,6 +492,7 @@ struct WordNetLexicalTaggerContext
                 t.pastForm = true;
             if (e->flags & irregularPlural)
                 t.plural = true;
+            t.oftenAdjective = e->taggedUses[adjective] >= 10;
         }
         auto raise = [&](Tag tag, double value) { s[tag] = std::max(s[tag], value); };
         // Regular inflections, a little below the base word's own standing.
@@ -340,6 +541,10 @@ struct WordNetLexicalTaggerContext
                 const double a = scoreOf(base, adjective);
                 if (a > absent)
                     raise(tAdjective, a - 0.3);
+                // "faster", "harder": a flat adverb compares like its adjective.
+                const double r = scoreOf(base, adverb);
+                if (a > absent && r > absent)
+                    raise(tAdverb, r - 0.3);
             }
         }
         if (w.endsWith(QLatin1String("ly")) && w.size() > 4) {
@@ -368,6 +573,11 @@ struct WordNetLexicalTaggerContext
             raise(tAdverb, closedClassScore + (timeAdverbs().contains(w) ? 2.0 : 0.5));
         if (auxiliaries().contains(w))
             raise(tVerb, closedClassScore + 1);
+        // A particle ("come in", "ran out of") is an adverb where no object follows it.
+        if (isParticle(w))
+            raise(tAdverb, closedClassScore - 0.5);
+        if (w.contains(QLatin1Char('-')) && !find(w))
+            analyseCompound(t);
         bool any = false;
         for (double v : s)
             any = any || v > absent;
@@ -444,13 +654,47 @@ bool canBe(const Token& t, Tag tag)
     return t.scores[tag] > absent;
 }
 
+// "children's", "the company's": a noun that owns what follows, as "their" does.
+bool isPossessiveNoun(const Token* t)
+{
+    static const QSet<QString> contractions =
+        wordSet({"that's", "what's", "there's", "here's", "who's", "where's", "how's", "let's"});
+    return t && t->isWord && t->lower.endsWith(QLatin1String("'s")) && !(t->lists & (kPronoun | kAuxiliary | kModal)) &&
+           !contractions.contains(t->lower);
+}
+
+bool isNumber(const Token& t)
+{
+    return t.isWord && t.tag == tNone && (t.lower.front().isDigit() || interjectionsAndNumbers().contains(t.lower));
+}
+
 bool nominal(Tag tag)
 {
     return tag == tNoun || tag == tAdjective;
 }
 
+// What a word's clause holds beyond its immediate neighbours.
+struct Surroundings
+{
+    const Token* afterNext = nullptr;  // the token after the right neighbour
+    const Token* governor = nullptr;   // the nearest word to the left that is not an adverb ("is" in "is still wet")
+    bool bareVerbLicensed = false;     // a modal, "do", "to" or "let" earlier in the clause
+    bool invertedBe = false;           // the clause opens with "is", "are", … ("Is the museum open?")
+    bool invertedModal = false;        // the clause opens with a modal or "do" ("Can dogs swim?")
+    bool verbSinceOpening = false;     // a verb between the clause's first word and this one
+    bool questionWordBefore = false;   // "what", "who", … earlier in the clause ("Who did you talk to?")
+    const Token* actionVerb = nullptr; // the last verb before the word in its clause that is not "be" or an auxiliary
+};
+
+bool isBoundaryOrFunction(const Token* t)
+{
+    return isClauseBoundary(t) ||
+           (t->isWord && (t->tag == tPreposition || t->tag == tConjunction || t->tag == tAdverb));
+}
+
 // Adjusts one word's scores by its neighbours. prev has its final tag, next only its own best guess.
-void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Token* next, bool sentenceStart)
+void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Token* next, bool sentenceStart,
+                  const Surroundings& around)
 {
     Scores& s = t.scores;
     const QString& w = t.lower;
@@ -461,10 +705,75 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (s[tag] > absent)
             s[tag] += value;
     };
+    const QString governorWord = around.governor && around.governor->isWord ? around.governor->lower : QString();
+    // Only adverbs before it in its clause: "Never touch …" is still an imperative.
+    const bool clauseStart = sentenceStart || (!around.governor && prev && prev->tag == tAdverb);
+    const bool adverbLike = isParticle(w) || is(&t, kClosedAdverb);
 
+    // "Well, …", "No, …": an interjection opening the sentence.
+    if (sentenceStart && is(&t, kDiscourseMarker) && next && next->text == QLatin1String(",")) {
+        s.fill(absent);
+        s[tNone] = closedClassScore;
+        return;
+    }
+    // "Amy and Rose": inside a sentence a capital letter marks a name.
+    if (!sentenceStart && !t.text.isEmpty() && t.text.front().isUpper() && t.lists == 0 && canBe(t, tNoun) &&
+        !(prev && !prev->isWord)) {
+        add(tNoun, 3);
+        s[tVerb] -= 2;
+    }
+    // "Ms Green", "Dr Lee": a title names the word after it.
+    static const QSet<QString> titles =
+        wordSet({"mr", "mrs", "ms", "miss", "dr", "prof", "sir", "madam", "uncle", "aunt", "saint", "st"});
+    if (titles.contains(prevWord) && !t.text.isEmpty() && t.text.front().isUpper()) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
+    // "WARNING: …": a heading names something.
+    if (sentenceStart && next && next->text == QLatin1String(":") && !is(&t, kClosedAdverb)) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
+    // "May is …", "Will has …": a modal is never the subject of a finite verb, a name or month is.
+    static const QSet<QString> singularFinite =
+        wordSet({"is", "was", "has", "does", "isn't", "wasn't", "hasn't", "doesn't"});
+    if (is(&t, kModal) && canBe(t, tNoun) && next && singularFinite.contains(next->lower)) {
+        s[tNoun] = std::max(s[tNoun], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
+
+    // "enough money" counts a thing; "warm enough" measures a quality.
+    if (w == QLatin1String("enough")) {
+        const bool nounFollows = next && next->isWord && canBe(*next, tNoun) && next->lexicalTag != tPreposition &&
+                                 !is(next, kClosedAdverb) && !is(next, kDeterminer) && !is(next, kPronoun);
+        s[nounFollows ? tDeterminer : tAdverb] = *std::max_element(s.begin(), s.end()) + 1;
+        return;
+    }
+    // "much colder", "thank you very much": a quantity of degree, not of things.
+    if (w == QLatin1String("much") || w == QLatin1String("far")) {
+        static const QSet<QString> comparatives = wordSet({"more", "less", "better", "worse", "too"});
+        const bool comparativeFollows =
+            next && next->isWord &&
+            (comparatives.contains(next->lower) ||
+             (next->lower.endsWith(QLatin1String("er")) && (canBe(*next, tAdjective) || canBe(*next, tAdverb))));
+        if (comparativeFollows || atEnd) {
+            s[tAdverb] = std::max(s[tAdverb], *std::max_element(s.begin(), s.end()) + 1);
+            return;
+        }
+    }
     // Function words whose class depends on what follows.
     if (w == QLatin1String("that")) {
-        if (!atEnd && nominal(nextTag) && !next->plural && !canBe(*next, tVerb))
+        // "that bird?", "that car is …": a singular noun that ends its phrase.
+        const bool nounPhraseEnds =
+            around.afterNext && (isBoundaryOrFunction(around.afterNext) || is(around.afterNext, kAuxiliary));
+        // "That sounds like …", "that seems odd": the subject of a verb in -s.
+        const bool verbFollows =
+            next && next->isWord && next->thirdPerson && around.afterNext &&
+            (isBoundaryOrFunction(around.afterNext) || around.afterNext->tag == tDeterminer ||
+             around.afterNext->lower == QLatin1String("like") || canBe(*around.afterNext, tAdjective));
+        if (verbFollows && !(prev && prev->tag == tNoun))
+            s[tPronoun] += 3;
+        else if (!atEnd && nominal(nextTag) && !next->plural && (!canBe(*next, tVerb) || nounPhraseEnds))
             s[tDeterminer] += 3;
         else if (atEnd)
             s[tPronoun] += 3;
@@ -472,32 +781,38 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 2;
         else if (prev && prev->tag == tVerb)
             s[tConjunction] += 3;
+        else if (next && next->isWord && (is(next, kSubjectPronoun) || nextTag == tDeterminer))
+            s[tConjunction] += 2; // "clear that he lied"
         else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
             s[tPronoun] += 1.5;
         return;
     }
     if (w == QLatin1String("her") || w == QLatin1String("his")) {
         if (!atEnd && next->isWord && nextTag != tDeterminer && nextTag != tPronoun && nextTag != tPreposition &&
-            nextTag != tAdverb && !closedAdverbs().contains(next->lower) &&
+            nextTag != tAdverb && !is(next, kClosedAdverb) && !is(next, kAuxiliary) &&
             (canBe(*next, tNoun) || canBe(*next, tAdjective)))
             s[tDeterminer] += 2;
         else
             s[tPronoun] += 3;
         return;
     }
-    if (determiners().contains(w) && pronouns().contains(w)) {
+    if (is(&t, kDeterminer) && is(&t, kPronoun)) {
+        // By what the next word mostly is: its class in context may already lean on this one.
+        const Tag nextAlone = next && next->isWord ? next->lexicalTag : tNone;
         const bool followedByNominal =
-            !atEnd && (nominal(nextTag) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
-            !auxiliaries().contains(next->lower) && !closedAdverbs().contains(next->lower) && nextTag != tPreposition &&
-            nextTag != tDeterminer && nextTag != tPronoun;
-        if (followedByNominal)
+            !atEnd && (nominal(nextAlone) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
+            !is(next, kAuxiliary) && !is(next, kClosedAdverb) && nextAlone != tPreposition &&
+            nextAlone != tDeterminer && nextAlone != tPronoun &&
+            !(next->pastForm && isClauseBoundary(around.afterNext)); // "What happened?"
+        const bool oneFollows = next && (next->lower == QLatin1String("one") || next->lower == QLatin1String("ones"));
+        if (followedByNominal || oneFollows) // "this one"
             s[tDeterminer] += 2;
         else
             s[tPronoun] += 2;
         return;
     }
-    if (conjunctions().contains(w) && (prepositions().contains(w) || closedAdverbs().contains(w))) {
-        const bool clauseFollows = next && next->isWord && subjectPronouns().contains(next->lower);
+    if (is(&t, kConjunction) && (is(&t, kPreposition) || is(&t, kClosedAdverb))) {
+        const bool clauseFollows = next && next->isWord && is(next, kSubjectPronoun);
         if (w == QLatin1String("so")) {
             if (next && (nextTag == tAdjective || nextTag == tAdverb || canBe(*next, tAdjective)) && !clauseFollows)
                 s[tAdverb] += 3;
@@ -520,24 +835,55 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPreposition] += 1;
         return;
     }
-    const bool verbContext = subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
-                             prevWord == QLatin1String("to") || prevWord == QLatin1String("please") || sentenceStart;
-    if (prepositions().contains(w) && w != QLatin1String("like") && !verbContext) {
-        if (atEnd && canBe(t, tAdverb))
+    // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
+    // A number counts things ("two runs"), not actions ("under ten travel free").
+    const bool afterDeterminer = prev && (prev->tag == tDeterminer || isPossessiveNoun(prev) ||
+                                          (isNumber(*prev) && !is(&t, kAuxiliary) &&
+                                           !(prevPrev && prevPrev->tag == tNoun) && (t.plural || !canBe(t, tVerb))));
+    // "the next round": inside a noun phrase a preposition's noun sense is meant.
+    const bool insideNounPhrase =
+        afterDeterminer || (prev && (prev->tag == tAdjective || prev->tag == tAdverb || prev->tag == tNone) &&
+                            prevPrev && prevPrev->tag == tDeterminer && canBe(t, tNoun));
+    // "let you down", "put your bag down here", "sit down and relax": a particle with nothing to govern.
+    static const QSet<QString> timeOpeners = wordSet({"last", "next", "every"}); // "ate out last night"
+    if (isParticle(w) && is(&t, kPreposition) && prev && !insideNounPhrase &&
+        (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction ||
+         (canBe(*next, tAdverb) && isClauseBoundary(around.afterNext)) || // "hold on tight"
+         (next->isWord && timeOpeners.contains(next->lower)))) {
+        s[tAdverb] += 3;
+        return;
+    }
+    const bool verbContext = is(prev, kSubjectPronoun) || is(prev, kModal) || prevWord == QLatin1String("to") ||
+                             prevWord == QLatin1String("please") || (sentenceStart && canBe(t, tVerb));
+    if (is(&t, kPreposition) && w != QLatin1String("like") && !verbContext && !insideNounPhrase) {
+        // "ran out of milk", "came in quietly": after its verb and with no object of its own.
+        const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
+                                   (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
+        // "The car went under", unlike "who did you talk to?".
+        if (atEnd && prev && prev->tag == tVerb && !around.questionWordBefore && w != QLatin1String("to"))
+            s[tAdverb] = std::max(s[tAdverb] + 3, s[tPreposition] + 1);
+        else if ((atEnd || particleAlone) && canBe(t, tAdverb))
             s[tAdverb] += 3;
-        else if (isParticle(w) && prev && prev->tag == tVerb && matchesVerb(phrasalVerbs(), prevWord))
+        else if (isParticle(w) && prev && prev->tag == tVerb && is(prev, kPhrasal))
             s[tAdverb] += 3;
-        else if (isParticle(w) && prevPrev && matchesVerb(phrasalVerbs(), prevPrev->lower) && prev->tag == tVerb)
+        else if (isParticle(w) && prevPrev && is(prevPrev, kPhrasal) && prev->tag == tVerb)
             s[tAdverb] += 3;
         else
             s[tPreposition] += 2;
         return;
     }
     if (w == QLatin1String("like")) {
-        if (prev && (subjectPronouns().contains(prevWord) || modals().contains(prevWord) ||
-                     prevWord == QLatin1String("to") || prev->tag == tAdverb || (prev->tag == tNoun && prev->plural)))
+        // "sounds like a good idea", "looks just like his father": a comparison after a linking verb.
+        if (around.governor && around.governor->tag == tVerb && is(around.governor, kLinking) &&
+            !is(prev, kSubjectPronoun)) {
+            s[tPreposition] += 4;
+            return;
+        }
+        if (prev &&
+            (is(prev, kSubjectPronoun) || is(prev, kModal) || prevWord == QLatin1String("to") || prev->tag == tAdverb ||
+             (prev->tag == tNoun && prev->plural) || (prev->tag == tPronoun && !is(prev, kObjectPronoun))))
             s[tVerb] += 6;
-        else if (beForms().contains(prevWord))
+        else if (is(prev, kBeForm))
             s[tPreposition] += 3;
         return;
     }
@@ -552,99 +898,258 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
 
     // A degree word before an adjective or adverb modifies it.
-    if (degreeWords().contains(w) && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
+    if (is(&t, kDegree) && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
         !canBe(*next, tDeterminer)) {
         s[tAdverb] += 4;
         return;
     }
 
     // Open-class words.
-    if (prev && prev->tag == tDeterminer) {
+    static const QSet<QString> doForms = wordSet({"do", "does", "did"});
+    if (afterDeterminer) {
         add(tNoun, 3);
         add(tAdjective, 1.5);
         s[tVerb] -= 5;
         s[tAdverb] -= 2;
         s[tPronoun] -= 4;
         s[tPreposition] -= 4;
-        if (!atEnd && next->isWord && canBe(*next, tNoun) && !next->pastForm && !next->thirdPerson &&
-            !canBe(*next, tPreposition) && !auxiliaries().contains(next->lower))
+        s[tConjunction] -= 4;
+        // "the wrong answers.": a word that is mostly an adjective before a word closing the phrase.
+        const bool headFollows = nextTag == tNoun || (t.lexicalTag == tAdjective && next && next->isWord &&
+                                                      next->plural && isBoundaryOrFunction(around.afterNext));
+        if (!atEnd && next->isWord && headFollows && !next->pastForm && !canBe(*next, tPreposition) &&
+            !is(next, kAuxiliary))
             add(tAdjective, 3.5);
-        else if (!atEnd && next->isWord && (nextTag == tVerb || auxiliaries().contains(next->lower)))
-            add(tNoun, 3);
-    } else if (prev && prev->tag == tAdjective && !beForms().contains(prevWord)) {
+        else if (!atEnd && next->isWord &&
+                 (nextTag == tVerb || is(next, kAuxiliary) || next->lower == QLatin1String("of")))
+            add(tNoun, 3); // "the close of trading"
+        else if (atEnd && (is(prev, kPossessive) || prevWord == QLatin1String("the") ||
+                           prevWord == QLatin1String("a") || prevWord == QLatin1String("an"))) {
+            add(tNoun, 2); // "went to the fair."
+            s[tAdjective] -= 2;
+        }
+    } else if (prev && prev->tag == tAdjective && !is(prev, kBeForm) && !is(&t, kClosedAdverb)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
+        // "the lovely present.": the word that closes the phrase is its noun.
+        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb) {
+            add(tNoun, 2);
+            s[tAdjective] -= 2;
+        }
+    }
+    // "enough sleep", "more time".
+    static const QSet<QString> quantities = wordSet({"enough", "more", "less", "fewer", "plenty"});
+    if (quantities.contains(prevWord) && canBe(t, tNoun) && !canBe(t, tAdjective) && !canBe(t, tAdverb)) {
+        add(tNoun, 3);
+        s[tVerb] -= 3;
+    }
+    // "when demand grows": the word before a verb in -s is its subject.
+    if (next && next->isWord && next->thirdPerson && !next->plural && canBe(t, tNoun) && !t.thirdPerson &&
+        !is(prev, kSubjectPronoun) && !is(around.governor, kModal)) {
+        add(tNoun, 2.5);
+        s[tVerb] -= 2.5;
+    }
+    // After a preposition comes what it governs, not a verb ("at present", "out of reach"); an -ing
+    // form that governs nothing itself is a noun ("the cost of living").
+    if (prev && prev->tag == tPreposition && prevWord != QLatin1String("to")) {
+        if (!t.ingForm)
+            s[tVerb] -= 3;
+        if (atEnd || isBoundaryOrFunction(next) || nextTag == tVerb ||
+            (next->isWord && is(next, kSubjectPronoun))) { // "at present we …"
+            add(tNoun, 2.5);
+            s[tAdjective] -= 1;
+        }
     }
     if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
-    if (modals().contains(prevWord) ||
-        (prevWord == QLatin1String("not") && prevPrev && modals().contains(prevPrev->lower)))
-        add(tVerb, 5);
-    if (subjectPronouns().contains(prevWord) && !t.ingForm) {
+    // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
+    // "Can dogs swim?": right after a modal opening a question comes its subject.
+    const bool subjectOfQuestion = around.invertedModal && prev == around.governor && canBe(t, tNoun) &&
+                                   !prevWord.contains(QLatin1Char('\'')) &&
+                                   (t.plural || (!t.text.isEmpty() && t.text.front().isUpper()));
+    if (is(around.governor, kModal) && !subjectOfQuestion)
+        add(tVerb, doForms.contains(governorWord) ? 2 : 5);
+    const bool afterInvertedBe = around.invertedBe && prev && (prev->tag == tNoun || prev->tag == tPronoun);
+    // "Is it broken?": the verb of an inverted question came first.
+    // "spelled it wrong": "it" and "you" right after a verb are its object, not a subject.
+    const bool objectPronoun = prev == around.governor && prevPrev && prevPrev->tag == tVerb &&
+                               !is(prevPrev, kAuxiliary) &&
+                               (prevWord == QLatin1String("it") || prevWord == QLatin1String("you"));
+    if (is(around.governor, kSubjectPronoun) && !t.ingForm && !afterInvertedBe && !is(&t, kClosedAdverb) &&
+        !objectPronoun) {
         add(tVerb, 4);
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
     }
     if (prev && prev->tag == tNoun && prev->plural && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
-        (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective))
+        !around.invertedBe &&
+        (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective ||
+         isPossessiveNoun(prevPrev)))
         add(tVerb, 2.5);
+    // "Can dogs swim?", "Does the shop open early?": the verb after an inverted modal's subject.
+    if (around.invertedModal && !around.verbSinceOpening && prev && prev->tag == tNoun && canBe(t, tVerb) &&
+        !t.thirdPerson && !t.pastForm && !t.ingForm)
+        add(tVerb, 3);
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
         (!prevPrev || prevPrev->tag != tPreposition))
         add(tVerb, 2.5);
-    if (beForms().contains(prevWord) ||
-        (prevWord == QLatin1String("not") && prevPrev && beForms().contains(prevPrev->lower))) {
-        const bool adverbFollows = next && next->isWord && closedAdverbs().contains(next->lower);
-        if (adverbFollows && canBe(t, tAdverb))
+    if (prev && prev->tag == tPronoun && !is(prev, kObjectPronoun) && t.thirdPerson && canBe(t, tVerb))
+        add(tVerb, 3); // "that sounds", "everyone knows"
+    // After a verb of action comes its object, not a second verb ("sent help", "sell stamps").
+    if (prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kBareVerbLicensor) &&
+        prevWord != QLatin1String("better") && canBe(t, tNoun) && !t.ingForm && !t.pastForm && !adverbLike) {
+        s[tVerb] -= 2;
+        add(tNoun, 1);
+    }
+    // Nor does a past form follow another verb as a second finite verb ("turn left", "ate boiled eggs").
+    if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && !is(prev, kHave) &&
+        !is(prev, kBareVerbLicensor) && (canBe(t, tAdjective) || canBe(t, tAdverb)))
+        s[tVerb] -= 3;
+    // "Bus passes are free": a plural before "are" or "have" is their subject.
+    static const QSet<QString> pluralFinite = wordSet({"are", "were", "have", "aren't", "weren't", "haven't"});
+    if (t.plural && canBe(t, tNoun) && next && next->isWord && pluralFinite.contains(next->lower)) {
+        add(tNoun, 2);
+        s[tVerb] -= 2;
+    }
+    // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
+    // unless a modal, "do" or "to" earlier in the clause asks for one.
+    if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
+        !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) && (canBe(t, tNoun) || canBe(t, tAdjective)))
+        s[tVerb] -= 3;
+    // A participle right after another verb and before a noun describes it ("ate boiled eggs").
+    if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && next &&
+        next->isWord && (nextTag == tNoun || next->plural))
+        add(tAdjective, 5);
+    const bool afterBe = is(around.governor, kBeForm) || afterInvertedBe;
+    if (afterBe) {
+        if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
         else
             add(tAdjective, 3);
-        if (t.ingForm)
+        if ((t.ingForm || t.pastForm) && !is(around.governor, kBeOnly) && !afterInvertedBe)
+            add(tAdjective, 3.5); // "looked exciting", "seemed surprised": no progressive or passive here
+        else if (t.ingForm)
             add(tVerb, 3.5);
         else if (t.pastForm)
             add(tVerb, 2.0);
         if (t.pastForm && next && next->lower == QLatin1String("by"))
             add(tVerb, 3.5);
+        else if ((t.ingForm || t.pastForm) && is(&t, kFeeling) &&
+                 (atEnd || nextTag == tPreposition || nextTag == tConjunction || nextTag == tAdverb))
+            add(tAdjective, 4);
         s[tNoun] -= 1;
     }
-    if (prev && prev->tag == tVerb && !beForms().contains(prevWord) && matchesVerb(linkingVerbs(), prevWord) &&
-        canBe(t, tAdjective) && (atEnd || nextTag == tPreposition))
+    const bool afterLinkingVerb =
+        around.governor && around.governor->tag == tVerb && !afterBe && is(around.governor, kLinking);
+    const bool actionToo = is(around.governor, kActionLinking);
+    if (afterLinkingVerb && canBe(t, tAdjective) && !adverbLike && (atEnd || isBoundaryOrFunction(next)) &&
+        !(actionToo && (canBe(t, tAdverb) || t.ingForm))) {
         add(tAdjective, 3);
-    if (haveForms().contains(prevWord) && t.pastForm)
+        if (t.ingForm || t.pastForm)
+            add(tAdjective, 3.5);
+    }
+    if (is(prev, kHave) && t.pastForm)
         add(tVerb, 5);
-    if (degreeWords().contains(prevWord)) {
-        const bool modifiesVerb = prevPrev && prevPrev->tag == tVerb && !beForms().contains(prevPrev->lower);
+    if (is(prev, kDegree)) {
+        const bool modifiesVerb = prevPrev && prevPrev->tag == tVerb && !is(prevPrev, kBeForm);
         add(tAdjective, modifiesVerb ? 1.0 : 3.0);
         add(tAdverb, modifiesVerb ? 3.5 : 1.5);
         s[tNoun] -= 3;
         s[tVerb] -= 3;
     }
-    if (sentenceStart || prevWord == QLatin1String("please")) {
+    if (clauseStart || prevWord == QLatin1String("please")) {
         // An imperative: a bare verb followed by what it acts on.
-        const bool objectFollows =
-            next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition || nextTag == tAdverb ||
-                     possessives().contains(next->lower) || isClauseBoundary(next));
+        const bool objectFollows = next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition ||
+                                            nextTag == tAdverb || is(next, kPossessive) || isClauseBoundary(next));
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
-            !(next && auxiliaries().contains(next->lower)))
+            !(next && is(next, kAuxiliary)) && (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please")))
             add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
-        if (next && next->isWord && (auxiliaries().contains(next->lower) || nextTag == tVerb)) {
-            add(tNoun, 3);
+        // "Correct answers earn a point": a word before a plural subject and its verb describes it.
+        const Token* verbAfter = around.afterNext;
+        const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
+                                      verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) &&
+                                      !verbAfter->thirdPerson && !is(&t, kDeterminer) && !adverbLike &&
+                                      !is(&t, kAuxiliary);
+        if (describesSubject) {
+            add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
+            s[tVerb] -= 2;
+        } else if (next && next->isWord && (is(next, kAuxiliary) || (nextTag == tVerb && !next->ingForm)) &&
+                   !adverbLike && !is(&t, kAuxiliary)) {
+            add(tNoun, 3); // the subject
             if (t.ingForm)
                 add(tNoun, 2);
         }
         if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
             add(tAdjective, 2.5);
     }
-    // After a verb and at the end of the clause: how, not what.
-    if (atEnd && prev && prev->tag == tVerb && !beForms().contains(prevWord) && !haveForms().contains(prevWord) &&
-        canBe(t, tAdverb) && !modals().contains(prevWord))
+    // After an action verb and before the end of the clause or a preposition: how, not what
+    // ("rained hard all night", "flew high above").
+    static const QSet<QString> spanDeterminers = wordSet({"all", "every", "each"});
+    const bool phraseEnds = atEnd || isBoundaryOrFunction(next) || spanDeterminers.contains(next->lower);
+    if (phraseEnds && prev && prev->tag == tVerb && !is(prev, kBeForm) && !is(prev, kHave) && canBe(t, tAdverb) &&
+        (!is(prev, kModal) || doForms.contains(prevWord)) &&
+        (adverbLike || !is(prev, kLinking) || is(prev, kActionLinking)))
         add(tAdverb, 2.5);
-    if (prev && prev->tag == tAdverb && !degreeWords().contains(prevWord) && atEnd && canBe(t, tAdverb) && prevPrev &&
+    // "Push the door hard": how the action is done, after its object, unless the verb makes its object
+    // into something ("found the exam hard", "painted the door green").
+    if ((atEnd || nextTag == tPreposition) && prev && (prev->tag == tNoun || prev->tag == tPronoun) &&
+        around.actionVerb && around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) &&
+        !is(around.actionVerb, kComplement) && !is(around.actionVerb, kLinking) &&
+        !t.text.endsWith(QLatin1String("ly")))
+        add(tAdverb, 3);
+    if (prev && prev->tag == tAdverb && !is(prev, kDegree) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
-    if (atEnd && (beForms().contains(prevWord)) && canBe(t, tAdjective))
-        add(tAdjective, 1);
+    // "Our team is winning.": an -ing form after "be" is the progressive unless it names a feeling.
+    if (atEnd && afterBe && canBe(t, tAdjective) && !(t.ingForm && is(around.governor, kBeOnly)))
+        add(tAdjective, t.pastForm && t.oftenAdjective ? 2.5 : 1); // "Is it broken?": a state, no doer named
     if (t.text.endsWith(QLatin1String("ly")) && canBe(t, tAdverb))
         add(tAdverb, 1.5);
+}
+
+} // namespace
+
+namespace {
+
+// Gives token i its class from its lexical scores and its neighbours' classes as they stand.
+void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsizetype i)
+{
+    Token& t = tokens[static_cast<std::size_t>(i)];
+    if (!t.isWord)
+        return;
+    t.scores = lexical[static_cast<std::size_t>(i)];
+    const Token* prev = i > 0 ? &tokens[static_cast<std::size_t>(i - 1)] : nullptr;
+    const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
+    const Token* next =
+        i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
+    // A full stop after "Dr" or "U.S" does not end the sentence.
+    static const QSet<QString> abbreviations = wordSet({"dr", "mr", "mrs", "ms", "st", "prof", "mt", "jr", "vs"});
+    const bool abbreviation = prev && prev->text == QLatin1String(".") && prevPrev && prevPrev->isWord &&
+                              (abbreviations.contains(prevPrev->lower) || prevPrev->lower.size() == 1);
+    const bool sentenceStart =
+        !prev || (!prev->isWord && QStringLiteral(".!?\"(:;").contains(prev->text) && !abbreviation);
+    Surroundings around;
+    around.afterNext =
+        i + 2 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 2)] : nullptr;
+    for (qsizetype j = i - 1; j >= 0; --j) {
+        const Token& before = tokens[static_cast<std::size_t>(j)];
+        if (isClauseBoundary(&before))
+            break;
+        if (!around.governor && before.tag != tAdverb)
+            around.governor = &before;
+        around.bareVerbLicensed = around.bareVerbLicensed || is(&before, kBareVerbLicensor);
+        if (!around.actionVerb && before.tag == tVerb && !is(&before, kAuxiliary) && !is(&before, kBeForm))
+            around.actionVerb = &before;
+        const bool opening = j == 0 || isClauseBoundary(&tokens[static_cast<std::size_t>(j - 1)]);
+        around.invertedBe = before.isWord && is(&before, kBeOnly) && opening;
+        around.invertedModal = before.isWord && is(&before, kModal) && opening;
+        if (!opening && before.tag == tVerb)
+            around.verbSinceOpening = true;
+        static const QSet<QString> questionWords = wordSet({"what", "who", "whom", "which", "where", "whose", "that"});
+        around.questionWordBefore = around.questionWordBefore || questionWords.contains(before.lower);
+    }
+    applyContext(t, prev, prevPrev, next, sentenceStart, around);
+    t.tag = best(t.scores);
 }
 
 } // namespace
@@ -687,25 +1192,28 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
     for (Token& t : tokens) {
         if (t.isWord) {
             context.analyse(t);
-            t.tag = best(t.scores);
+            t.tag = t.lexicalTag = best(t.scores);
+            t.lists = listsOf(t.lower);
         }
     }
-    for (std::size_t i = 1; i < tokens.size(); ++i) {
-        if (tokens[i].isWord && pluralDeterminers().contains(tokens[i - 1].lower))
-            tokens[i].plural = true; // "many people", "three days"
+    // Nouns that are plural without an ending WordNet marks.
+    static const QSet<QString> unmarkedPlurals =
+        wordSet({"people", "police", "cattle", "staff", "clergy", "sheep", "deer"});
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (tokens[i].isWord &&
+            (unmarkedPlurals.contains(tokens[i].lower) || (i > 0 && pluralDeterminers().contains(tokens[i - 1].lower))))
+            tokens[i].plural = true; // "people", "many days", "three days"
     }
-    // Left to right, each word settles with its left neighbour settled and its right one guessed.
-    for (qsizetype i = 0; i <= target; ++i) {
-        Token& t = tokens[static_cast<std::size_t>(i)];
-        if (!t.isWord)
-            continue;
-        const Token* prev = i > 0 ? &tokens[static_cast<std::size_t>(i - 1)] : nullptr;
-        const Token* prevPrev = i > 1 ? &tokens[static_cast<std::size_t>(i - 2)] : nullptr;
-        const Token* next =
-            i + 1 < static_cast<qsizetype>(tokens.size()) ? &tokens[static_cast<std::size_t>(i + 1)] : nullptr;
-        const bool sentenceStart = !prev || (!prev->isWord && QStringLiteral(".!?\"(").contains(prev->text));
-        applyContext(t, prev, prevPrev, next, sentenceStart);
-        t.tag = best(t.scores);
+    std::vector<Scores> lexical;
+    lexical.reserve(tokens.size());
+    for (const Token& t : tokens)
+        lexical.push_back(t.scores);
+    // Left to right, each word settles with its left neighbour settled and its right one guessed:
+    // first from the words alone, then again with every right neighbour's guess from the first pass.
+    const qsizetype count = static_cast<qsizetype>(tokens.size());
+    for (const qsizetype last : {count - 1, target}) {
+        for (qsizetype i = 0; i <= last; ++i)
+            settle(tokens, lexical, i);
     }
 
     switch (tokens[static_cast<std::size_t>(target)].tag) {

@@ -13,8 +13,11 @@ class EnglishLexicon;
 
 // Parts of speech of English words in their sentence: what WordNet says each word is used as
 // most often, the closed classes (determiners, pronouns, prepositions, conjunctions, auxiliaries)
-// from our own lists, and a few rules about the neighbours (after "the" comes a noun or an
-// adjective, after "to", a modal or "they" a verb, …).
+// from our own lists, and rules about the word's clause (after "the" comes a noun or an
+// adjective, after "to", a modal or "they" a verb, a particle with no object is an adverb, a
+// singular noun takes no bare verb, after "be" or "seem" comes a quality, …). Words settle left
+// to right twice: first against their right neighbour's class on its own, then against its class
+// in context.
 class WordNetLexicalTagger final : public LexicalTagger
 {
 public:
