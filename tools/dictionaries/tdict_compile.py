@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
-Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--german FILE] [--only en-ru,ru-en]
+Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE[,FILE…]]… [--german FILE] [--only en-ru,ru-en]
                         [--no-frequencies]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
@@ -1129,14 +1129,14 @@ def main(argv):
         print(__doc__)
         return 2
     out = argv[1]
-    cedict, korean, german, only = None, None, None, None
+    cedict, korean, german, only = None, [], None, None
     use_frequencies = True
     i = 2
     while i < len(argv):
         if argv[i] == "--cedict":
             cedict = argv[i + 1]; i += 2
         elif argv[i] == "--korean":
-            korean = argv[i + 1]; i += 2
+            korean += [path for path in argv[i + 1].split(",") if path]; i += 2
         elif argv[i] == "--german":
             german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
@@ -1235,7 +1235,8 @@ def main(argv):
         jobs.append(d)
     if wanted("ko-en", "en-ko") and korean:
         ko_en, en_ko = Table("korean"), Table("korean")
-        read_korean(korean, ko_en, en_ko)
+        for path in korean:  # the core list first: a lemma's later lines rank after its earlier ones
+            read_korean(path, ko_en, en_ko)
         ko_en.keeps_senses = True
         d = Direction("ko", "en"); d.direct = [ko_en]; d.freq = english; d.sources = {"korean"}
         jobs.append(d)
