@@ -403,8 +403,9 @@ def read_cedict(path, table):
                     order += 1
 
 
-def read_korean(path, table_ko_en, table_en_ko):
-    """Our own vocabulary: "lemma<TAB>pos<TAB>sense; sense|other sense" per line, ordinary first."""
+def read_korean(path, table_ko_en, table_en_ko, common=True):
+    """Our own vocabulary: "lemma<TAB>pos<TAB>sense; sense|other sense" per line, ordinary first.
+    `common`: the list is a core list, whose words come before another list's for one English word."""
     if not path or not os.path.exists(path):
         return
     with open(path, encoding="utf-8") as f:
@@ -420,7 +421,8 @@ def read_korean(path, table_ko_en, table_en_ko):
             for order, sense in enumerate(glosses.split("|")):
                 cands = [c.strip() for c in sense.split(";") if c.strip()]
                 table_ko_en.add(lemma, Sense(pos, cands, False, first + order))
-            table_ko_en.common.add(lemma)
+            if common:
+                table_ko_en.common.add(lemma)
 
 
 # ---------------------------------------------------------------------------------------------
@@ -1235,8 +1237,8 @@ def main(argv):
         jobs.append(d)
     if wanted("ko-en", "en-ko") and korean:
         ko_en, en_ko = Table("korean"), Table("korean")
-        for path in korean:  # the core list first: a lemma's later lines rank after its earlier ones
-            read_korean(path, ko_en, en_ko)
+        for n, path in enumerate(korean):  # the core list first: a lemma's later lines rank after its earlier ones
+            read_korean(path, ko_en, en_ko, common=n == 0)
         ko_en.keeps_senses = True
         d = Direction("ko", "en"); d.direct = [ko_en]; d.freq = english; d.sources = {"korean"}
         jobs.append(d)

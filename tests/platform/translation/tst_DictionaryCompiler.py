@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The dictionary compiler's readers and ranking, on small made-up entries."""
+import contextlib
 import io
 import math
 import os
@@ -300,6 +301,22 @@ class FileFormat(unittest.TestCase):
             self.assertEqual([s.cands for s in ko_en.senses["눈"]], [["eye"], ["snow"]])
             self.assertEqual(ko_en.senses["쓰다"][1].order, 1)
             self.assertEqual(len(ko_en.senses), 2)
+
+    def test_later_korean_lists_add_lemmas_and_rank_after_the_core_list(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            core, everyday = os.path.join(tmp, "core.tsv"), os.path.join(tmp, "everyday.tsv")
+            with open(core, "w", encoding="utf-8") as f:
+                f.write("저녁\tn\tevening; dinner\n눈\tn\teye\n")
+            with open(everyday, "w", encoding="utf-8") as f:
+                f.write("저녁식사\tn\tdinner\n눈\tn\tsnow\n")
+            for lists in (["--korean", core, "--korean", everyday], ["--korean", core + "," + everyday]):
+                out = os.path.join(tmp, "out")
+                with contextlib.redirect_stdout(io.StringIO()), contextlib.redirect_stderr(io.StringIO()):
+                    tc.main(["tdict_compile.py", out, *lists, "--only", "ko-en,en-ko", "--no-frequencies"])
+                ko_en, en_ko = tq.load(os.path.join(out, "ko-en.tdict")), tq.load(os.path.join(out, "en-ko.tdict"))
+                self.assertEqual(ko_en["저녁식사"], "n\tdinner")
+                self.assertEqual(ko_en["눈"].split("\n"), ["n\teye", "n\tsnow"])  # the core's sense first
+                self.assertTrue(en_ko["dinner"].startswith("n\t저녁|"), en_ko["dinner"])
 
 
 if __name__ == "__main__":
