@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
-Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE[,FILE…]]… [--german FILE] [--only en-ru,ru-en]
+Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE[,FILE]]... [--german FILE] [--only en-ru,ru-en]
                         [--no-frequencies]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
