@@ -8,8 +8,7 @@
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/support/Clock.h"
 #include "core/support/Logging.h"
 #include "core/translation/DirectionDetection.h"
@@ -93,7 +92,7 @@ void HoverController::start()
     for (const auto& connection : std::as_const(m_cancellables))
         disconnect(connection);
     m_cancellables = {
-        connect(&m_services.accessibilityPermission, &AccessibilityPermissionManager::isTrustedChanged, this,
+        connect(&m_services.accessibilityPermission, &PermissionManager::isGrantedChanged, this,
                 &HoverController::refreshAvailability),
         connect(&m_services.preferences, &Preferences::changed, this, &HoverController::refreshAvailability),
     };
@@ -102,7 +101,7 @@ void HoverController::start()
 
 void HoverController::refreshAvailability()
 {
-    if (!m_services.preferences.axWordLookupEnabled() || !m_services.accessibilityPermission.isTrusted()) {
+    if (!m_services.preferences.axWordLookupEnabled() || !m_services.accessibilityPermission.isGranted()) {
         endWordMode();
         m_lastLoggedText.reset();
     }

@@ -3,10 +3,9 @@
 
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/hotkeys/KeyNames.h"
-#include "core/setup/AccessibilityPermissionManager.h"
 #include "core/setup/OnboardingTexts.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/setup/SettingsChoices.h"
 #include "core/support/PlatformWording.h"
 #include "core/translation/LanguageTable.h"
@@ -380,13 +379,11 @@ OnboardingGuideView::OnboardingGuideView(OnboardingGuide::Services services,
     connect(&m_hotkeys, &HotkeyManager::currentKeyCodeChanged, this, &OnboardingGuideView::render);
     connect(&m_hotkeys, &HotkeyManager::currentModifiersChanged, this, &OnboardingGuideView::render);
     connect(&m_hotkeys, &HotkeyManager::registrationErrorChanged, this, &OnboardingGuideView::render);
-    connect(&m_accessibility, &AccessibilityPermissionManager::isTrustedChanged, this,
+    connect(&m_accessibility, &PermissionManager::isGrantedChanged, this, &OnboardingGuideView::renderPermissions);
+    connect(&m_accessibility, &PermissionManager::settingsMessageChanged, this,
             &OnboardingGuideView::renderPermissions);
-    connect(&m_accessibility, &AccessibilityPermissionManager::settingsMessageChanged, this,
-            &OnboardingGuideView::renderPermissions);
-    connect(&m_screenRecording, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &OnboardingGuideView::renderPermissions);
-    connect(&m_screenRecording, &ScreenRecordingPermissionManager::settingsMessageChanged, this,
+    connect(&m_screenRecording, &PermissionManager::isGrantedChanged, this, &OnboardingGuideView::renderPermissions);
+    connect(&m_screenRecording, &PermissionManager::settingsMessageChanged, this,
             &OnboardingGuideView::renderPermissions);
     connect(&m_preferences, &Preferences::changed, this, [this](const QString& key) {
         if (key == PreferenceKey::notificationIntervalHours)
@@ -760,9 +757,9 @@ void OnboardingGuideView::renderPermissions()
         status->setText(name + (granted ? Texts::granted : Texts::notGranted));
         status->setAccessibleName(status->text());
     };
-    show(m_accessibilitySymbol, m_accessibilityStatus, Texts::accessibility, m_accessibility.isTrusted());
+    show(m_accessibilitySymbol, m_accessibilityStatus, Texts::accessibility, m_accessibility.isGranted());
     show(m_screenRecordingSymbol, m_screenRecordingStatus, Texts::screenRecording, m_screenRecording.isGranted());
-    m_withoutAccessibility->setVisible(!m_accessibility.isTrusted());
+    m_withoutAccessibility->setVisible(!m_accessibility.isGranted());
     QStringList messages;
     for (const QString& m : {m_accessibility.settingsMessage(), m_screenRecording.settingsMessage()}) {
         if (!m.isEmpty())

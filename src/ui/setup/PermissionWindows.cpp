@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/setup/PermissionWindows.h"
 
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupSymbols.h"
 #include "ui/setup/SetupTexts.h"
@@ -98,6 +97,18 @@ QLabel* widthLimited(QLabel* label)
     return label;
 }
 
+// What to do instead when the desktop has no settings window to open; hidden while there is one.
+QLabel* settingsMessageLabel(PermissionManager& manager, QWidget* window)
+{
+    QLabel* label = widthLimited(paragraph(manager.settingsMessage(), window));
+    label->setHidden(manager.settingsMessage().isEmpty());
+    QObject::connect(&manager, &PermissionManager::settingsMessageChanged, label, [label](const QString& message) {
+        label->setText(message);
+        label->setHidden(message.isEmpty());
+    });
+    return label;
+}
+
 } // namespace
 
 AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermissionManager& manager, QWidget* parent)
@@ -117,30 +128,13 @@ AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermis
     column->addWidget(widthLimited(captionLabel(SetupTexts::requestAccessibilityCaption(), this)));
     auto* open = new QPushButton(SetupTexts::openAccessibilitySettings(), this);
     column->addWidget(open, 0, Qt::AlignLeft);
-    m_settingsMessage = widthLimited(paragraph(QString(), this));
-    m_settingsMessage->setHidden(true);
-    column->addWidget(m_settingsMessage);
+    column->addWidget(settingsMessageLabel(manager, this));
     column->addWidget(widthLimited(captionLabel(SetupTexts::afterGranting(), this)));
 
-    connect(request, &QPushButton::clicked, &manager, &AccessibilityPermissionManager::requestAccess);
-    connect(open, &QPushButton::clicked, &manager, &AccessibilityPermissionManager::openSystemSettings);
-    connect(&manager, &AccessibilityPermissionManager::isTrustedChanged, this,
-            &AccessibilityPermissionWindow::setTrusted);
-    connect(&manager, &AccessibilityPermissionManager::settingsMessageChanged, this,
-            &AccessibilityPermissionWindow::setSettingsMessage);
-    setTrusted(manager.isTrusted());
-    setSettingsMessage(manager.settingsMessage());
-}
-
-void AccessibilityPermissionWindow::setTrusted(bool trusted)
-{
-    m_status->setOn(trusted);
-}
-
-void AccessibilityPermissionWindow::setSettingsMessage(const QString& message)
-{
-    m_settingsMessage->setText(message);
-    m_settingsMessage->setHidden(message.isEmpty());
+    connect(request, &QPushButton::clicked, &manager, &PermissionManager::requestAccess);
+    connect(open, &QPushButton::clicked, &manager, &PermissionManager::openSystemSettings);
+    connect(&manager, &PermissionManager::isGrantedChanged, m_status, &StatusBadge::setOn);
+    m_status->setOn(manager.isGranted());
 }
 
 ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecordingPermissionManager& manager,
@@ -159,19 +153,13 @@ ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecording
     column->addWidget(m_alwaysGranted);
     auto* open = new QPushButton(SetupTexts::openScreenRecordingSettings(), this);
     column->addWidget(open, 0, Qt::AlignLeft);
-    m_settingsMessage = widthLimited(paragraph(QString(), this));
-    m_settingsMessage->setHidden(true);
-    column->addWidget(m_settingsMessage);
+    column->addWidget(settingsMessageLabel(manager, this));
     m_restartCaption = widthLimited(captionLabel(SetupTexts::screenRecordingRestart(), this));
     column->addWidget(m_restartCaption);
 
-    connect(open, &QPushButton::clicked, &manager, &ScreenRecordingPermissionManager::requestAccess);
-    connect(&manager, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &ScreenRecordingPermissionWindow::setGranted);
-    connect(&manager, &ScreenRecordingPermissionManager::settingsMessageChanged, this,
-            &ScreenRecordingPermissionWindow::setSettingsMessage);
+    connect(open, &QPushButton::clicked, &manager, &PermissionManager::requestAccess);
+    connect(&manager, &PermissionManager::isGrantedChanged, this, &ScreenRecordingPermissionWindow::setGranted);
     setGranted(manager.isGranted());
-    setSettingsMessage(manager.settingsMessage());
 }
 
 void ScreenRecordingPermissionWindow::setGranted(bool granted)
@@ -181,12 +169,6 @@ void ScreenRecordingPermissionWindow::setGranted(bool granted)
     const bool x11 = QGuiApplication::platformName() == QLatin1String("xcb");
     m_alwaysGranted->setVisible(granted && x11);
     m_restartCaption->setVisible(!(granted && x11));
-}
-
-void ScreenRecordingPermissionWindow::setSettingsMessage(const QString& message)
-{
-    m_settingsMessage->setText(message);
-    m_settingsMessage->setHidden(message.isEmpty());
 }
 
 } // namespace tolvane

@@ -5,9 +5,8 @@
 #include "core/hotkeys/HotkeyCaptureTexts.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/hotkeys/KeyNames.h"
-#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/setup/SettingsChoices.h"
 #include "core/support/Logging.h"
 #include "core/support/PlatformWording.h"
@@ -319,7 +318,7 @@ QWidget* SettingsWindow::buildAccessibilitySection()
     m_wordHover = new QCheckBox(SetupTexts::wordHoverLookup(), box);
     contentOf(box)->addWidget(m_wordHover);
     contentOf(box)->addWidget(caption(SetupTexts::wordHoverCaption(), box));
-    contentOf(box)->addWidget(PermissionRow::forAccessibility(m_services.accessibility, box));
+    contentOf(box)->addWidget(new PermissionRow(SetupTexts::accessibilityName(), m_services.accessibility, box));
     connect(m_wordHover, &QCheckBox::toggled, this,
             [this](bool on) { m_services.preferences.setBool(PreferenceKey::axWordLookupEnabled, on); });
     m_refreshers.insert(PreferenceKey::axWordLookupEnabled, [this] {
@@ -337,11 +336,10 @@ QWidget* SettingsWindow::buildOcrSection()
     contentOf(box)->addWidget(caption(SetupTexts::ocrCaption(), box));
     m_ocrLockedNote = plainLabel(SetupTexts::ocrLockedNote(), box);
     contentOf(box)->addWidget(m_ocrLockedNote);
-    contentOf(box)->addWidget(PermissionRow::forScreenRecording(m_services.screenRecording, box));
+    contentOf(box)->addWidget(new PermissionRow(SetupTexts::screenRecordingName(), m_services.screenRecording, box));
     connect(m_ocrFallback, &QCheckBox::toggled, this,
             [this](bool on) { m_services.preferences.setBool(PreferenceKey::ocrFallbackEnabled, on); });
-    connect(&m_services.screenRecording, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &SettingsWindow::refreshOcrLock);
+    connect(&m_services.screenRecording, &PermissionManager::isGrantedChanged, this, &SettingsWindow::refreshOcrLock);
     m_refreshers.insert(PreferenceKey::ocrFallbackEnabled, [this] {
         const QSignalBlocker quiet(m_ocrFallback);
         m_ocrFallback->setChecked(m_services.preferences.ocrFallbackEnabled());
