@@ -10,6 +10,7 @@
 #include "core/support/PlatformWording.h"
 #include "core/translation/LanguageTable.h"
 #include "ui/HotkeyKeycaps.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/StepProgressDots.h"
 #include "ui/components/TextStyle.h"
 #include "ui/setup/WelcomeTranslationDemo.h"
@@ -199,9 +200,7 @@ QLabel* symbolLabel(Symbol symbol, int size, const QColor& color, QWidget* paren
 QLabel* textLabel(const QString& text, QWidget* parent, TextStyle style = TextStyle::body,
                   std::optional<QFont::Weight> weight = std::nullopt, bool secondary = false)
 {
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    QLabel* label = plainLabel(text, parent);
     label->setFont(textStyleFont(style, weight));
     if (secondary)
         label->setForegroundRole(QPalette::PlaceholderText);

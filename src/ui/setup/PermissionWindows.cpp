@@ -2,6 +2,7 @@
 #include "ui/setup/PermissionWindows.h"
 
 #include "core/setup/PermissionManager.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupSymbols.h"
 #include "ui/setup/SetupTexts.h"
@@ -52,24 +53,6 @@ private:
     SetupSymbol m_symbol;
 };
 
-QLabel* paragraph(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-QLabel* captionLabel(const QString& text, QWidget* parent)
-{
-    QLabel* label = paragraph(text, parent);
-    QFont small = label->font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    label->setFont(small);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
-
 QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& header, QColor tint, SetupSymbol symbol)
 {
     window->setWindowTitle(title);
@@ -81,7 +64,7 @@ QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& 
     auto* top = new QHBoxLayout;
     top->setSpacing(12);
     top->addWidget(new SymbolTile(tint, symbol, window));
-    QLabel* heading = paragraph(header, window);
+    QLabel* heading = plainLabel(header, window);
     QFont bold = heading->font();
     bold.setPointSizeF(bold.pointSizeF() * 1.3);
     bold.setWeight(QFont::Bold);
@@ -100,7 +83,7 @@ QLabel* widthLimited(QLabel* label)
 // What to do instead when the desktop has no settings window to open; hidden while there is one.
 QLabel* settingsMessageLabel(PermissionManager& manager, QWidget* window)
 {
-    QLabel* label = widthLimited(paragraph(manager.settingsMessage(), window));
+    QLabel* label = widthLimited(plainLabel(manager.settingsMessage(), window));
     label->setHidden(manager.settingsMessage().isEmpty());
     QObject::connect(&manager, &PermissionManager::settingsMessageChanged, label, [label](const QString& message) {
         label->setText(message);
@@ -118,8 +101,8 @@ AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermis
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::accessibilityPermissionTitle(), SetupTexts::accessibilityHeader(),
                      QColor(0x0A, 0x84, 0xFF), SetupSymbol::accessibility);
-    column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityWhy(), this)));
-    column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityOnlyThat(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::accessibilityWhy(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::accessibilityOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::accessibilityGranted(), SetupTexts::accessibilityNotGranted(), this);
     column->addWidget(m_status);
     auto* request = new QPushButton(SetupTexts::requestAccessibility(), this);
@@ -145,11 +128,11 @@ ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecording
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::screenRecordingPermissionTitle(), SetupTexts::screenRecordingHeader(),
                      QColor(0xAF, 0x52, 0xDE), SetupSymbol::viewfinder);
-    column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingWhy(), this)));
-    column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingOnlyThat(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::screenRecordingWhy(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::screenRecordingOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::screenRecordingGranted(), SetupTexts::screenRecordingNotGranted(), this);
     column->addWidget(m_status);
-    m_alwaysGranted = widthLimited(paragraph(SetupTexts::screenRecordingAlwaysGranted(), this));
+    m_alwaysGranted = widthLimited(plainLabel(SetupTexts::screenRecordingAlwaysGranted(), this));
     column->addWidget(m_alwaysGranted);
     auto* open = new QPushButton(SetupTexts::openScreenRecordingSettings(), this);
     column->addWidget(open, 0, Qt::AlignLeft);
