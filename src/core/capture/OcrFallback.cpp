@@ -165,7 +165,7 @@ void OcrFallback::finish(const std::shared_ptr<Pending>& pending, std::optional<
     const SpellChecker& spelling = m_spelling;
     Scheduler& scheduler = m_scheduler;
     m_runner([pending, nearest = *nearest, alive, &spelling, &scheduler] {
-        const QString correction = !alive ? QString() : spelling.suggestions(nearest.word).value(0);
+        const QString correction = alive ? spelling.suggestions(nearest.word).value(0) : QString();
         scheduler.post([pending, nearest, correction] {
             pending->complete(acceptedCorrection(nearest.word, correction), nearest.line);
         });
