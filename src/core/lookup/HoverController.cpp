@@ -2,6 +2,7 @@
 #include "core/lookup/HoverController.h"
 
 #include "core/capture/AXHoverInspector.h"
+#include "core/capture/GraphemeText.h"
 #include "core/capture/OcrFallback.h"
 #include "core/hotkeys/CarbonModifiers.h"
 #include "core/progress/LookupMilestoneManager.h"
@@ -24,7 +25,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 TOLVANE_DEFINE_LOG(lcHoverController, "HoverController")
 
@@ -52,26 +52,6 @@ QString trimmedOfNonLetters(const QString& piece)
         --end;
     const QList<uint> kept = characters.mid(begin, end - begin);
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(kept.constData()), kept.size());
-}
-
-int editDistance(const QList<uint>& a, const QList<uint>& b)
-{
-    if (a.isEmpty())
-        return int(b.size());
-    if (b.isEmpty())
-        return int(a.size());
-    std::vector<int> previous(size_t(b.size()) + 1), current(size_t(b.size()) + 1);
-    for (size_t j = 0; j < previous.size(); ++j)
-        previous[j] = int(j);
-    for (qsizetype i = 1; i <= a.size(); ++i) {
-        current[0] = int(i);
-        for (qsizetype j = 1; j <= b.size(); ++j) {
-            const int substitution = previous[size_t(j - 1)] + (a.at(i - 1) == b.at(j - 1) ? 0 : 1);
-            current[size_t(j)] = std::min({previous[size_t(j)] + 1, current[size_t(j - 1)] + 1, substitution});
-        }
-        std::swap(previous, current);
-    }
-    return previous[size_t(b.size())];
 }
 
 } // namespace
@@ -465,15 +445,10 @@ bool HoverController::exampleSentenceUsable(const QString& sentence, const QStri
         // Lengths further apart than the threshold cannot be within it.
         if (std::abs(candidate.size() - lowered.size()) > threshold)
             continue;
-        if (editDistance(candidate, lowered) <= threshold)
+        if (textrules::editDistance(candidate, lowered) <= threshold)
             return true;
     }
     return false;
-}
-
-int HoverController::levenshteinDistance(const QString& a, const QString& b)
-{
-    return editDistance(a.toUcs4(), b.toUcs4());
 }
 
 } // namespace tolvane
