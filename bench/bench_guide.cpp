@@ -5,9 +5,8 @@
 //     bench_guide [SECONDS]
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/review/NotificationScheduler.h"
-#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/QtScheduler.h"
 #include "core/translation/LiveTranslationService.h"
 #include "platform/null/NullPlatform.h"

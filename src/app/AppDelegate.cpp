@@ -14,9 +14,8 @@
 #include "core/records/UsageEventStore.h"
 #include "core/review/NotificationScheduler.h"
 #include "core/review/ReminderResponder.h"
-#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
 #include "platform/PlatformServices.h"
@@ -39,7 +38,17 @@ AppDelegate::AppDelegate(PlatformServices& services, Preferences& preferences, c
     , m_clock(clock)
     , m_scheduler(scheduler)
     , m_recordsDirectory(std::move(recordsDirectory))
-{}
+    , m_hotkeys(std::make_unique<HotkeyManager>(m_preferences, *m_services.hotkeys))
+    , m_accessibilityPermission(
+          std::make_unique<AccessibilityPermissionManager>(*m_services.accessibility, m_scheduler))
+    , m_screenRecordingPermission(
+          std::make_unique<ScreenRecordingPermissionManager>(*m_services.textRecognizer, m_scheduler))
+{
+    // Built here, so that every accessor answers from the start; nothing is registered with the
+    // desktop before launching has finished.
+    createRecordsAndReminders();
+    wireHotkey();
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -51,7 +60,6 @@ void AppDelegate::applicationDidFinishLaunching()
 
     m_preferences.registerStartupDefaults();
     m_preferences.reportMistypedValues();
-    createRecordsAndReminders();
 
     m_appearance = std::make_unique<AppearanceApplier>();
     m_appearance->applyFrom(m_preferences);
@@ -64,11 +72,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_services.notifications->setDelegate(m_responder.get());
     m_reminders->registerCategories();
 
-    wireHotkey();
-    m_accessibilityPermission =
-        std::make_unique<AccessibilityPermissionManager>(*m_services.accessibility, m_scheduler);
-    m_screenRecordingPermission =
-        std::make_unique<ScreenRecordingPermissionManager>(*m_services.textRecognizer, m_scheduler);
+    // A refusal here is not fatal: the manager keeps the message for the settings screen.
+    m_hotkeys->updateHotkey(m_hotkeys->currentKeyCode(), m_hotkeys->currentModifiers());
     wireReview(*this, m_services, m_preferences, m_clock);
     m_lookup = std::make_unique<LookupWiring>(*this, m_services, m_preferences, m_clock, m_scheduler);
     m_lookup->start();
@@ -118,7 +123,6 @@ void AppDelegate::createRecordsAndReminders()
 
 void AppDelegate::wireHotkey()
 {
-    m_hotkeys = std::make_unique<HotkeyManager>(m_preferences, *m_services.hotkeys);
     // The callbacks come from inside the desktop's event handling; the look-up itself runs later,
     // in the order of the events, once that handler has returned.
     QPointer<AppDelegate> self(this);
@@ -136,8 +140,6 @@ void AppDelegate::wireHotkey()
                     Q_EMIT self->hotkeyReleased();
             });
     };
-    // A refusal here is not fatal: the manager keeps the message for the settings screen.
-    m_hotkeys->updateHotkey(m_hotkeys->currentKeyCode(), m_hotkeys->currentModifiers());
 }
 
 void AppDelegate::showTrayWhenAvailable()
@@ -164,8 +166,7 @@ void AppDelegate::showTrayWhenAvailable()
 void AppDelegate::applicationWillTerminate()
 {
     // Nothing of ours may keep a grab on the keyboard after the process is gone.
-    if (m_hotkeys)
-        m_hotkeys->unregisterHotkey();
+    m_hotkeys->unregisterHotkey();
     if (m_lookup)
         m_lookup->stop();
     // Answers that arrive while the process winds down have no deck to go to.

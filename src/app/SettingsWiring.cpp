@@ -3,10 +3,9 @@
 
 #include "app/InstanceCommands.h"
 #include "core/review/NotificationScheduler.h"
-#include "core/setup/AccessibilityPermissionManager.h"
 #include "core/setup/DesktopSettingsCommand.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/Logging.h"
 #include "core/support/Scheduler.h"
 #include "platform/PlatformServices.h"

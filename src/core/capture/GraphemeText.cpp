@@ -194,22 +194,7 @@ QStringList splitAtWhitespace(const QString& text)
 
 int editDistance(const QString& a, const QString& b)
 {
-    const GraphemeText left(a);
-    const GraphemeText right(b);
-    const qsizetype n = right.size();
-    std::vector<int> previous(size_t(n + 1));
-    std::vector<int> current(size_t(n + 1));
-    for (qsizetype j = 0; j <= n; ++j)
-        previous[size_t(j)] = int(j);
-    for (qsizetype i = 1; i <= left.size(); ++i) {
-        current[0] = int(i);
-        for (qsizetype j = 1; j <= n; ++j) {
-            const int substitution = previous[size_t(j - 1)] + (left.at(i - 1) == right.at(j - 1) ? 0 : 1);
-            current[size_t(j)] = std::min({previous[size_t(j)] + 1, current[size_t(j - 1)] + 1, substitution});
-        }
-        std::swap(previous, current);
-    }
-    return previous[size_t(n)];
+    return editDistance(GraphemeText(a), GraphemeText(b));
 }
 
 } // namespace textrules

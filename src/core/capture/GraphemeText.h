@@ -5,6 +5,9 @@
 #include <QString>
 #include <QStringView>
 
+#include <algorithm>
+#include <vector>
+
 namespace tolvane {
 
 // A text seen as user-perceived characters (grapheme clusters): what a reader counts as one
@@ -53,6 +56,26 @@ QString trimmedPunctuation(const QString& text);
 QStringList splitAtWhitespace(const QString& text);
 // Levenshtein distance over user-perceived characters, each edit costing one.
 int editDistance(const QString& a, const QString& b);
+
+// Levenshtein distance between two sequences of anything comparable (size() and at()), each
+// edit costing one.
+template <typename Sequence> int editDistance(const Sequence& a, const Sequence& b)
+{
+    const qsizetype n = b.size();
+    std::vector<int> previous(size_t(n + 1));
+    std::vector<int> current(size_t(n + 1));
+    for (qsizetype j = 0; j <= n; ++j)
+        previous[size_t(j)] = int(j);
+    for (qsizetype i = 1; i <= a.size(); ++i) {
+        current[0] = int(i);
+        for (qsizetype j = 1; j <= n; ++j) {
+            const int substitution = previous[size_t(j - 1)] + (a.at(i - 1) == b.at(j - 1) ? 0 : 1);
+            current[size_t(j)] = std::min({previous[size_t(j)] + 1, current[size_t(j - 1)] + 1, substitution});
+        }
+        std::swap(previous, current);
+    }
+    return previous[size_t(n)];
+}
 
 } // namespace textrules
 

@@ -43,7 +43,6 @@ OcrFallback::OcrFallback(ScreenTextRecognizer& recognizer, const LanguageRecogni
     , m_spelling(spelling)
     , m_scheduler(scheduler)
     , m_runner(std::move(runner))
-    , m_alive(std::make_shared<bool>(true))
 {
     if (!m_runner)
         m_runner = [](Task task) { QThreadPool::globalInstance()->start(std::move(task)); };
@@ -135,7 +134,7 @@ void OcrFallback::recognizeWord(QPointF point, const QString& targetCode, Comple
     auto pending = std::make_shared<Pending>();
     pending->targetCode = targetCode;
     pending->completion = std::move(completion);
-    std::weak_ptr<bool> alive = m_alive;
+    const Lifetime::Watch alive = m_lifetime.watch();
     Scheduler& scheduler = m_scheduler;
     m_recognizer.recognizeStrip(captureStrip(point), recognitionLanguages(targetCode),
                                 [this, pending, alive, &scheduler](Result<RecognizedText> result) {
@@ -143,7 +142,7 @@ void OcrFallback::recognizeWord(QPointF point, const QString& targetCode, Comple
                                     std::optional<NearestWord> nearest =
                                         result ? nearestWord(result.value()) : std::nullopt;
                                     scheduler.post([this, pending, alive, nearest = std::move(nearest)]() mutable {
-                                        if (alive.expired())
+                                        if (!alive)
                                             pending->complete(std::nullopt, std::nullopt);
                                         else
                                             finish(pending, std::move(nearest));
@@ -162,11 +161,11 @@ void OcrFallback::finish(const std::shared_ptr<Pending>& pending, std::optional<
         return;
     }
     // Suggestions cost tens of milliseconds: find them off the main thread.
-    std::weak_ptr<bool> alive = m_alive;
+    const Lifetime::Watch alive = m_lifetime.watch();
     const SpellChecker& spelling = m_spelling;
     Scheduler& scheduler = m_scheduler;
     m_runner([pending, nearest = *nearest, alive, &spelling, &scheduler] {
-        const QString correction = alive.expired() ? QString() : spelling.suggestions(nearest.word).value(0);
+        const QString correction = alive ? spelling.suggestions(nearest.word).value(0) : QString();
         scheduler.post([pending, nearest, correction] {
             pending->complete(acceptedCorrection(nearest.word, correction), nearest.line);
         });

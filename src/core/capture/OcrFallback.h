@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/Lifetime.h"
 #include "core/support/Scheduler.h"
 #include "platform/LanguageRecognizer.h"
 #include "platform/ScreenTextRecognizer.h"
@@ -72,7 +73,7 @@ private:
     const SpellChecker& m_spelling;
     Scheduler& m_scheduler;
     BackgroundRunner m_runner;
-    std::shared_ptr<bool> m_alive;
+    Lifetime m_lifetime;
 };
 
 } // namespace tolvane

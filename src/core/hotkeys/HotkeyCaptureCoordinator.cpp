@@ -11,12 +11,22 @@ namespace tolvane {
 
 HotkeyCaptureCoordinator::HotkeyCaptureCoordinator(EventMonitor& monitor, HotkeyManager& manager,
                                                    GlobalHotkeyService& hotkeys, QObject* parent)
+    : HotkeyCaptureCoordinator(monitor, manager, Rules{true, &hotkeys}, parent)
+{}
+
+HotkeyCaptureCoordinator::HotkeyCaptureCoordinator(EventMonitor& monitor, HotkeyManager& manager, Rules rules,
+                                                   QObject* parent)
     : QObject(parent)
     , m_monitor(monitor)
     , m_manager(manager)
-    , m_hotkeys(hotkeys)
+    , m_rules(rules)
     , m_keyDownMonitor(monitor)
     , m_flagsMonitor(monitor)
+{}
+
+OnboardingHotkeyCaptureCoordinator::OnboardingHotkeyCaptureCoordinator(EventMonitor& monitor, HotkeyManager& manager,
+                                                                       QObject* parent)
+    : HotkeyCaptureCoordinator(monitor, manager, Rules{}, parent)
 {}
 
 HotkeyCaptureCoordinator::~HotkeyCaptureCoordinator()
@@ -35,6 +45,8 @@ void HotkeyCaptureCoordinator::startCapture()
     m_keyDownMonitor.install([self](const KeyEvent& event) {
         return self && event.type == KeyEvent::Type::keyDown && self->handleKeyDown(event);
     });
+    if (!m_rules.modifierOnly)
+        return;
     m_flagsMonitor.install([self](const KeyEvent& event) {
         if (self && event.type == KeyEvent::Type::flagsChanged)
             self->handleFlagsChanged(event);
@@ -56,7 +68,7 @@ bool HotkeyCaptureCoordinator::handleKeyDown(const KeyEvent& event)
         stopCapture();
     else
         commit(event.keyCode, event.modifierFlags & CarbonModifier::all);
-    // Consumed: the key must not also reach the settings window.
+    // Consumed: the key must not also reach the window.
     return true;
 }
 
@@ -76,10 +88,9 @@ void HotkeyCaptureCoordinator::handleFlagsChanged(const KeyEvent& event)
 
 void HotkeyCaptureCoordinator::commit(quint32 keyCode, quint32 modifiers)
 {
-    if (modifiers == 0 && isTypingKey(keyCode)) {
+    if (modifiers == 0 && (isTypingKey(keyCode) || !m_rules.conflictsWith)) {
         setValidationMessage(HotkeyCaptureTexts::bareKey(hotkeyDisplayString(keyCode, 0)));
-    } else if (auto conflict =
-                   HotkeyConflictChecker::check(keyCode, modifiers, m_manager.currentCombination(), m_hotkeys)) {
+    } else if (auto conflict = conflictOf(keyCode, modifiers)) {
         setPendingConflict(PendingConflict{keyCode, modifiers, std::move(*conflict)});
     } else {
         // A refusal by the desktop shows as the manager's registrationError.
@@ -87,6 +98,14 @@ void HotkeyCaptureCoordinator::commit(quint32 keyCode, quint32 modifiers)
         setValidationMessage(std::nullopt);
     }
     stopCapture();
+}
+
+std::optional<HotkeyConflictChecker::Conflict> HotkeyCaptureCoordinator::conflictOf(quint32 keyCode,
+                                                                                    quint32 modifiers) const
+{
+    if (!m_rules.conflictsWith)
+        return std::nullopt;
+    return HotkeyConflictChecker::check(keyCode, modifiers, m_manager.currentCombination(), *m_rules.conflictsWith);
 }
 
 void HotkeyCaptureCoordinator::confirmPendingConflict()

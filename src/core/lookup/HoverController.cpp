@@ -2,14 +2,14 @@
 #include "core/lookup/HoverController.h"
 
 #include "core/capture/AXHoverInspector.h"
+#include "core/capture/GraphemeText.h"
 #include "core/capture/OcrFallback.h"
 #include "core/hotkeys/CarbonModifiers.h"
 #include "core/progress/LookupMilestoneManager.h"
 #include "core/records/ConfusionLogStore.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/support/Clock.h"
 #include "core/support/Logging.h"
 #include "core/translation/DirectionDetection.h"
@@ -25,7 +25,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 TOLVANE_DEFINE_LOG(lcHoverController, "HoverController")
 
@@ -55,26 +54,6 @@ QString trimmedOfNonLetters(const QString& piece)
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(kept.constData()), kept.size());
 }
 
-int editDistance(const QList<uint>& a, const QList<uint>& b)
-{
-    if (a.isEmpty())
-        return int(b.size());
-    if (b.isEmpty())
-        return int(a.size());
-    std::vector<int> previous(size_t(b.size()) + 1), current(size_t(b.size()) + 1);
-    for (size_t j = 0; j < previous.size(); ++j)
-        previous[j] = int(j);
-    for (qsizetype i = 1; i <= a.size(); ++i) {
-        current[0] = int(i);
-        for (qsizetype j = 1; j <= b.size(); ++j) {
-            const int substitution = previous[size_t(j - 1)] + (a.at(i - 1) == b.at(j - 1) ? 0 : 1);
-            current[size_t(j)] = std::min({previous[size_t(j)] + 1, current[size_t(j - 1)] + 1, substitution});
-        }
-        std::swap(previous, current);
-    }
-    return previous[size_t(b.size())];
-}
-
 } // namespace
 
 HoverController::HoverController(Services services, QObject* parent)
@@ -93,7 +72,7 @@ void HoverController::start()
     for (const auto& connection : std::as_const(m_cancellables))
         disconnect(connection);
     m_cancellables = {
-        connect(&m_services.accessibilityPermission, &AccessibilityPermissionManager::isTrustedChanged, this,
+        connect(&m_services.accessibilityPermission, &PermissionManager::isGrantedChanged, this,
                 &HoverController::refreshAvailability),
         connect(&m_services.preferences, &Preferences::changed, this, &HoverController::refreshAvailability),
     };
@@ -102,7 +81,7 @@ void HoverController::start()
 
 void HoverController::refreshAvailability()
 {
-    if (!m_services.preferences.axWordLookupEnabled() || !m_services.accessibilityPermission.isTrusted()) {
+    if (!m_services.preferences.axWordLookupEnabled() || !m_services.accessibilityPermission.isGranted()) {
         endWordMode();
         m_lastLoggedText.reset();
     }
@@ -466,15 +445,10 @@ bool HoverController::exampleSentenceUsable(const QString& sentence, const QStri
         // Lengths further apart than the threshold cannot be within it.
         if (std::abs(candidate.size() - lowered.size()) > threshold)
             continue;
-        if (editDistance(candidate, lowered) <= threshold)
+        if (textrules::editDistance(candidate, lowered) <= threshold)
             return true;
     }
     return false;
-}
-
-int HoverController::levenshteinDistance(const QString& a, const QString& b)
-{
-    return editDistance(a.toUcs4(), b.toUcs4());
 }
 
 } // namespace tolvane

@@ -110,8 +110,6 @@ public:
     // Whether the sentence is worth translating as an example of the word: at least three words,
     // one of which is the word give or take a small edit (a plural, a tense).
     static bool exampleSentenceUsable(const QString& sentence, const QString& word);
-    // Edits (insert, delete, substitute) between two texts, by UTF-16 unit.
-    static int levenshteinDistance(const QString& a, const QString& b);
 
     // State, for the screens and the tests.
     bool isHotkeyHeld() const { return m_hotkeyHeld; }

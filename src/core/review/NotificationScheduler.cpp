@@ -45,7 +45,6 @@ NotificationScheduler::NotificationScheduler(NotificationCenter& center, Prefere
     , m_scheduler(scheduler)
     , m_cards(std::move(cards))
     , m_printLine(printToStandardOutput)
-    , m_self(std::make_shared<NotificationScheduler*>(this))
 {}
 
 NotificationScheduler::~NotificationScheduler()
@@ -134,18 +133,18 @@ void NotificationScheduler::armRenewal(Duration remaining)
 {
     // Daily reminders renew after 30 days, longer than an event-loop timer can wait in one go.
     constexpr Duration longestWait = std::chrono::hours(24);
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
+    const Lifetime::Watch alive = m_lifetime.watch();
     if (remaining > longestWait) {
-        m_renewalTimer = m_scheduler.singleShot(longestWait, [weak, remaining, longestWait] {
-            if (auto self = weak.lock())
-                (*self)->armRenewal(remaining - longestWait);
+        m_renewalTimer = m_scheduler.singleShot(longestWait, [this, alive, remaining, longestWait] {
+            if (alive)
+                armRenewal(remaining - longestWait);
         });
         return;
     }
-    m_renewalTimer = m_scheduler.singleShot(remaining, [this, weak] {
-        m_scheduler.post([weak] {
-            if (auto self = weak.lock())
-                (*self)->reschedule();
+    m_renewalTimer = m_scheduler.singleShot(remaining, [this, alive] {
+        m_scheduler.post([this, alive] {
+            if (alive)
+                reschedule();
         });
     });
 }
@@ -164,7 +163,7 @@ void NotificationScheduler::reschedule()
     // The scheduler's timers take no tolerance; the figure is kept for a timer that can use it.
     m_renewalToleranceSeconds = renewalToleranceSeconds(m_renewalDelaySeconds);
     armRenewal(Duration(std::llround(m_renewalDelaySeconds * 1000.0)));
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
+    const Lifetime::Watch alive = m_lifetime.watch();
 
     QList<NotificationRequest> requests;
     requests.reserve(cards.size());
@@ -182,12 +181,12 @@ void NotificationScheduler::reschedule()
     }
 
     const quint64 generation = ++m_scheduleGeneration;
-    m_scheduler.post([this, weak, generation, requests = std::move(requests)]() mutable {
-        if (weak.expired())
+    m_scheduler.post([this, alive, generation, requests = std::move(requests)]() mutable {
+        if (!alive)
             return;
         m_center.pendingRequests(
-            [this, weak, generation, requests = std::move(requests)](QList<NotificationRequest> pending) mutable {
-                if (weak.expired() || generation != m_scheduleGeneration)
+            [this, alive, generation, requests = std::move(requests)](QList<NotificationRequest> pending) mutable {
+                if (!alive || generation != m_scheduleGeneration)
                     return; // a newer plan is under way
                 removePlannedRequests(pending);
                 addFrom(0, std::move(requests), generation);
@@ -200,9 +199,10 @@ void NotificationScheduler::addFrom(int slot, QList<NotificationRequest> request
     if (slot >= requests.size())
         return;
     const NotificationRequest request = requests.at(slot);
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_center.add(request, [this, weak, slot, generation, requests = std::move(requests)](const QString& error) mutable {
-        if (weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_center.add(request, [this, alive, slot, generation,
+                           requests = std::move(requests)](const QString& error) mutable {
+        if (!alive)
             return;
         if (!error.isEmpty()) {
             m_printLine(QStringLiteral("[NotificationScheduler] Failed to schedule slot %1: %2").arg(slot).arg(error));
@@ -219,12 +219,12 @@ void NotificationScheduler::cancelAll()
 {
     stopRenewalTimer();
     const quint64 generation = ++m_scheduleGeneration;
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_scheduler.post([this, weak, generation] {
-        if (weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive, generation] {
+        if (!alive)
             return;
-        m_center.pendingRequests([this, weak, generation](QList<NotificationRequest> pending) {
-            if (weak.expired() || generation != m_scheduleGeneration)
+        m_center.pendingRequests([this, alive, generation](QList<NotificationRequest> pending) {
+            if (!alive || generation != m_scheduleGeneration)
                 return;
             removePlannedRequests(pending);
         });
@@ -244,12 +244,12 @@ void NotificationScheduler::removePlannedRequests(const QList<NotificationReques
 
 void NotificationScheduler::removeDeliveredReminders(const QUuid& cardId)
 {
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_scheduler.post([this, weak, cardId] {
-        if (weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive, cardId] {
+        if (!alive)
             return;
-        m_center.deliveredNotifications([this, weak, cardId](QList<DeliveredNotification> delivered) {
-            if (weak.expired())
+        m_center.deliveredNotifications([this, alive, cardId](QList<DeliveredNotification> delivered) {
+            if (!alive)
                 return;
             QStringList identifiers;
             for (const DeliveredNotification& notification : delivered) {
@@ -272,9 +272,9 @@ void NotificationScheduler::updateAuthorizationStatus(NotificationAuthorization 
 
 void NotificationScheduler::handleAuthorizationResult(bool granted)
 {
-    std::weak_ptr<NotificationScheduler*> weak = m_self;
-    m_scheduler.post([this, weak, granted] {
-        if (!weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive, granted] {
+        if (alive)
             m_preferences.setBool(PreferenceKey::notificationPermissionGranted, granted);
     });
 }

@@ -3,6 +3,7 @@
 
 #include "core/records/ReviewCard.h"
 #include "core/review/ReminderPlanner.h"
+#include "core/support/Lifetime.h"
 #include "core/support/Scheduler.h"
 #include "platform/NotificationCenter.h"
 
@@ -84,7 +85,7 @@ private:
     double m_renewalDelaySeconds = 0;
     double m_renewalToleranceSeconds = 0;
     // Timers and centre answers hold this weakly and do nothing once the scheduler is gone.
-    std::shared_ptr<NotificationScheduler*> m_self;
+    Lifetime m_lifetime;
 };
 
 } // namespace tolvane

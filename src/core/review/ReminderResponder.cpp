@@ -14,7 +14,6 @@ ReminderResponder::ReminderResponder(ReminderDeck& deck, ReminderPlanner& planne
     , m_preferences(preferences)
     , m_scheduler(scheduler)
     , m_showReviewWindow(std::move(showReviewWindow))
-    , m_self(std::make_shared<ReminderResponder*>(this))
 {}
 
 ReminderResponder::~ReminderResponder() = default;
@@ -43,9 +42,9 @@ void ReminderResponder::didReceive(const NotificationResponse& response)
     if (!cardId)
         return;
     const QString action = response.actionIdentifier;
-    std::weak_ptr<ReminderResponder*> weak = m_self;
-    m_scheduler.post([this, weak, id = *cardId, action] {
-        if (weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive, id = *cardId, action] {
+        if (!alive)
             return;
         const bool knowIt = action == NotificationScheduler::knowItAction;
         const bool reviewAgain = action == NotificationScheduler::reviewAgainAction;
@@ -66,9 +65,9 @@ void ReminderResponder::willPresent(const NotificationRequest& request)
     const std::optional<QUuid> cardId = cardIdFrom(request.userInfo);
     if (!cardId)
         return;
-    std::weak_ptr<ReminderResponder*> weak = m_self;
-    m_scheduler.post([this, weak, id = *cardId] {
-        if (!weak.expired())
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive, id = *cardId] {
+        if (alive)
             markShownAndReplan(id);
     });
 }

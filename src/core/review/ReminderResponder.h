@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/review/ReminderDeck.h"
+#include "core/support/Lifetime.h"
 #include "core/support/Scheduler.h"
 #include "platform/NotificationCenter.h"
 
@@ -40,7 +41,7 @@ private:
     Preferences& m_preferences;
     Scheduler& m_scheduler;
     ShowReviewWindow m_showReviewWindow;
-    std::shared_ptr<ReminderResponder*> m_self;
+    Lifetime m_lifetime;
 };
 
 } // namespace tolvane

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/hotkeys/OnboardingHotkeyCaptureCoordinator.h"
+#include "core/hotkeys/HotkeyCaptureCoordinator.h"
 
 #include <QList>
 #include <QObject>

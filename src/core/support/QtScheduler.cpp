@@ -19,16 +19,28 @@ void QtScheduler::post(Task task)
 
 TimerHandle QtScheduler::singleShot(Duration delay, Task task)
 {
+    return start(delay, true, std::move(task));
+}
+
+TimerHandle QtScheduler::repeating(Duration period, Task task)
+{
+    return start(period, false, std::move(task));
+}
+
+TimerHandle QtScheduler::start(Duration interval, bool once, Task task)
+{
     auto state = std::make_shared<TimerHandle::State>();
     auto* timer = new QTimer(this);
-    timer->setSingleShot(true);
-    timer->setTimerType(Qt::PreciseTimer);
+    timer->setSingleShot(once);
+    if (once)
+        timer->setTimerType(Qt::PreciseTimer);
     QPointer<QTimer> guard(timer);
-    connect(timer, &QTimer::timeout, this, [state, timer, task = std::move(task)] {
-        timer->deleteLater();
+    connect(timer, &QTimer::timeout, this, [state, timer, once, task = std::move(task)] {
+        if (once)
+            timer->deleteLater();
         if (state->cancelled)
             return;
-        state->fired = true;
+        state->fired = once;
         task();
     });
     state->onCancel = [guard] {
@@ -37,26 +49,7 @@ TimerHandle QtScheduler::singleShot(Duration delay, Task task)
             guard->deleteLater();
         }
     };
-    timer->start(delay);
-    return TimerHandle(state);
-}
-
-TimerHandle QtScheduler::repeating(Duration period, Task task)
-{
-    auto state = std::make_shared<TimerHandle::State>();
-    auto* timer = new QTimer(this);
-    QPointer<QTimer> guard(timer);
-    connect(timer, &QTimer::timeout, this, [state, task = std::move(task)] {
-        if (!state->cancelled)
-            task();
-    });
-    state->onCancel = [guard] {
-        if (guard) {
-            guard->stop();
-            guard->deleteLater();
-        }
-    };
-    timer->start(period);
+    timer->start(interval);
     return TimerHandle(state);
 }
 

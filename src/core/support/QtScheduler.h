@@ -17,6 +17,9 @@ public:
     void post(Task task) override;
     TimerHandle singleShot(Duration delay, Task task) override;
     TimerHandle repeating(Duration period, Task task) override;
+
+private:
+    TimerHandle start(Duration interval, bool once, Task task);
 };
 
 } // namespace tolvane

@@ -37,8 +37,7 @@ LiveTranslationService::LiveTranslationService(TranslationEngine& engine, Schedu
 
 LiveTranslationService::~LiveTranslationService()
 {
-    *m_alive = false;
-    m_alive.reset();
+    m_lifetime.end();
     m_pool.waitForDone();
 }
 
@@ -49,14 +48,14 @@ QString LiveTranslationService::pairKey(const QString& sourceCode, const QString
 
 template <typename T> void LiveTranslationService::offMainThread(std::function<T()> work, std::function<void(T)> answer)
 {
-    std::weak_ptr<bool> alive = m_alive;
+    const Lifetime::Watch alive = m_lifetime.watch();
     Scheduler* scheduler = &m_scheduler;
     m_executor([alive, scheduler, work = std::move(work), answer = std::move(answer)]() mutable {
-        if (alive.expired())
+        if (!alive)
             return;
         auto result = std::make_shared<T>(work());
         scheduler->post([alive, result, answer = std::move(answer)]() {
-            if (!alive.expired())
+            if (alive)
                 answer(std::move(*result));
         });
     });

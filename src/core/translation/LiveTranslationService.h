@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/support/Lifetime.h"
 #include "core/support/Result.h"
 #include "platform/TranslationEngine.h"
 
@@ -99,7 +100,7 @@ private:
     Scheduler& m_scheduler;
     Executor m_executor;
     QThreadPool m_pool;
-    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
+    Lifetime m_lifetime;
 
     Status m_status;
     QHash<QString, std::shared_ptr<TranslationSession>> m_sessionsByPair;

@@ -4,6 +4,7 @@
 #include "core/records/ReviewDeckStore.h"
 #include "core/support/Clock.h"
 #include "core/support/Logging.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/SectionCard.h"
 #include "ui/components/SymbolIcon.h"
 
@@ -19,20 +20,6 @@
 TOLVANE_DEFINE_LOG(lcDeckExport, "DeckExport")
 
 namespace tolvane {
-
-namespace {
-
-QLabel* secondaryLabel(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    // The palette's quieter text colour, which follows a switch between light and dark.
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
-
-} // namespace
 
 DeckExportPane::DeckExportPane(ReviewDeckStore& deck, const Clock& clock, QWidget* parent)
     : QWidget(parent)

@@ -3,14 +3,14 @@
 
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/hotkeys/KeyNames.h"
-#include "core/setup/AccessibilityPermissionManager.h"
 #include "core/setup/OnboardingTexts.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/setup/SettingsChoices.h"
 #include "core/support/PlatformWording.h"
 #include "core/translation/LanguageTable.h"
 #include "ui/HotkeyKeycaps.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/StepProgressDots.h"
 #include "ui/components/TextStyle.h"
 #include "ui/setup/WelcomeTranslationDemo.h"
@@ -200,9 +200,7 @@ QLabel* symbolLabel(Symbol symbol, int size, const QColor& color, QWidget* paren
 QLabel* textLabel(const QString& text, QWidget* parent, TextStyle style = TextStyle::body,
                   std::optional<QFont::Weight> weight = std::nullopt, bool secondary = false)
 {
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    QLabel* label = plainLabel(text, parent);
     label->setFont(textStyleFont(style, weight));
     if (secondary)
         label->setForegroundRole(QPalette::PlaceholderText);
@@ -242,13 +240,19 @@ QWidget* symbolRow(Symbol symbol, QWidget* content, QWidget* parent)
     return row;
 }
 
-// The title block of a step: an optional symbol, a title and a text.
-void addHeader(QVBoxLayout* layout, QWidget* page, const QString& title, const QString& text)
+// The column of a step's page, and its title block when it has a title: a title and a text.
+QVBoxLayout* pageLayout(QWidget* page, int spacing, const QString& title = {}, const QString& text = {})
 {
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(40, 28, 40, 12);
+    layout->setSpacing(spacing);
+    if (title.isEmpty())
+        return layout;
     layout->addWidget(textLabel(title, page, TextStyle::title1, QFont::Bold));
     if (!text.isEmpty())
         layout->addWidget(textLabel(text, page, TextStyle::body, std::nullopt, true));
     layout->addSpacing(8);
+    return layout;
 }
 
 } // namespace
@@ -380,14 +384,11 @@ OnboardingGuideView::OnboardingGuideView(OnboardingGuide::Services services,
     connect(&m_hotkeys, &HotkeyManager::currentKeyCodeChanged, this, &OnboardingGuideView::render);
     connect(&m_hotkeys, &HotkeyManager::currentModifiersChanged, this, &OnboardingGuideView::render);
     connect(&m_hotkeys, &HotkeyManager::registrationErrorChanged, this, &OnboardingGuideView::render);
-    connect(&m_accessibility, &AccessibilityPermissionManager::isTrustedChanged, this,
-            &OnboardingGuideView::renderPermissions);
-    connect(&m_accessibility, &AccessibilityPermissionManager::settingsMessageChanged, this,
-            &OnboardingGuideView::renderPermissions);
-    connect(&m_screenRecording, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &OnboardingGuideView::renderPermissions);
-    connect(&m_screenRecording, &ScreenRecordingPermissionManager::settingsMessageChanged, this,
-            &OnboardingGuideView::renderPermissions);
+    for (PermissionManager* permission :
+         std::initializer_list<PermissionManager*>{&m_accessibility, &m_screenRecording}) {
+        connect(permission, &PermissionManager::isGrantedChanged, this, &OnboardingGuideView::renderPermissions);
+        connect(permission, &PermissionManager::settingsMessageChanged, this, &OnboardingGuideView::renderPermissions);
+    }
     connect(&m_preferences, &Preferences::changed, this, [this](const QString& key) {
         if (key == PreferenceKey::notificationIntervalHours)
             render();
@@ -411,9 +412,7 @@ QString OnboardingGuideView::currentHotkeyDisplay() const
 QWidget* OnboardingGuideView::buildWelcome(Scheduler& scheduler)
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(40, 28, 40, 12);
-    layout->setSpacing(8);
+    QVBoxLayout* layout = pageLayout(page, 8);
     layout->addWidget(accentSymbol(Symbol::bubbleFilled, 52, page), 0, Qt::AlignHCenter);
     auto* title = textLabel(Texts::welcomeTitle, page, TextStyle::largeTitle, QFont::Bold);
     title->setAlignment(Qt::AlignHCenter);
@@ -437,10 +436,7 @@ QWidget* OnboardingGuideView::buildWelcome(Scheduler& scheduler)
 QWidget* OnboardingGuideView::buildLanguage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(40, 28, 40, 12);
-    layout->setSpacing(6);
-    addHeader(layout, page, Texts::languageTitle, Texts::languageText);
+    QVBoxLayout* layout = pageLayout(page, 6, Texts::languageTitle, Texts::languageText);
     for (const LanguageOption& option : languageOptions()) {
         auto* row = new LanguageRow(option, page);
         connect(row, &QAbstractButton::clicked, this, [this, row] {
@@ -479,10 +475,7 @@ QWidget* OnboardingGuideView::buildLanguage()
 QWidget* OnboardingGuideView::buildHotkey()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(40, 28, 40, 12);
-    layout->setSpacing(10);
-    addHeader(layout, page, Texts::hotkeyTitle, Texts::hotkeyText);
+    QVBoxLayout* layout = pageLayout(page, 10, Texts::hotkeyTitle, Texts::hotkeyText);
     m_keycaps = new HotkeyKeycaps(currentHotkeyDisplay(), 22, page);
     layout->addWidget(m_keycaps, 0, Qt::AlignHCenter);
     layout->addSpacing(6);
@@ -525,10 +518,7 @@ QWidget* OnboardingGuideView::buildHotkey()
 QWidget* OnboardingGuideView::buildReminders()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(40, 28, 40, 12);
-    layout->setSpacing(10);
-    addHeader(layout, page, Texts::remindersTitle, Texts::remindersText);
+    QVBoxLayout* layout = pageLayout(page, 10, Texts::remindersTitle, Texts::remindersText);
     auto* row = new QHBoxLayout;
     auto* label = textLabel(Texts::reminderFrequency, page);
     label->setWordWrap(false);
@@ -760,9 +750,9 @@ void OnboardingGuideView::renderPermissions()
         status->setText(name + (granted ? Texts::granted : Texts::notGranted));
         status->setAccessibleName(status->text());
     };
-    show(m_accessibilitySymbol, m_accessibilityStatus, Texts::accessibility, m_accessibility.isTrusted());
+    show(m_accessibilitySymbol, m_accessibilityStatus, Texts::accessibility, m_accessibility.isGranted());
     show(m_screenRecordingSymbol, m_screenRecordingStatus, Texts::screenRecording, m_screenRecording.isGranted());
-    m_withoutAccessibility->setVisible(!m_accessibility.isTrusted());
+    m_withoutAccessibility->setVisible(!m_accessibility.isGranted());
     QStringList messages;
     for (const QString& m : {m_accessibility.settingsMessage(), m_screenRecording.settingsMessage()}) {
         if (!m.isEmpty())

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/setup/PermissionRow.h"
 
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupTexts.h"
 
@@ -14,7 +13,7 @@
 
 namespace tolvane {
 
-PermissionRow::PermissionRow(const QString& name, QWidget* parent)
+PermissionRow::PermissionRow(const QString& name, PermissionManager& manager, QWidget* parent)
     : QWidget(parent)
     , m_badge(new StatusBadge(SetupTexts::granted(name), SetupTexts::notGranted(name), this))
     , m_request(new QPushButton(SetupTexts::requestAccess(), this))
@@ -43,9 +42,12 @@ PermissionRow::PermissionRow(const QString& name, QWidget* parent)
     column->addLayout(row);
     column->addWidget(m_message);
 
-    connect(m_request, &QPushButton::clicked, this, &PermissionRow::requestAccessClicked);
-    connect(m_openSettings, &QPushButton::clicked, this, &PermissionRow::openSettingsClicked);
-    setGranted(false);
+    connect(m_openSettings, &QPushButton::clicked, &manager, &PermissionManager::openSystemSettings);
+    connect(m_request, &QPushButton::clicked, &manager, &PermissionManager::requestAccess);
+    connect(&manager, &PermissionManager::isGrantedChanged, this, &PermissionRow::setGranted);
+    connect(&manager, &PermissionManager::settingsMessageChanged, this, &PermissionRow::setSettingsMessage);
+    setGranted(manager.isGranted());
+    setSettingsMessage(manager.settingsMessage());
 }
 
 void PermissionRow::styleLink()
@@ -75,29 +77,6 @@ void PermissionRow::setSettingsMessage(const QString& message)
 {
     m_message->setText(message);
     m_message->setHidden(message.isEmpty() || m_granted);
-}
-
-PermissionRow* PermissionRow::forAccessibility(AccessibilityPermissionManager& manager, QWidget* parent)
-{
-    auto* row = new PermissionRow(SetupTexts::accessibilityName(), parent);
-    row->setGranted(manager.isTrusted());
-    connect(&manager, &AccessibilityPermissionManager::isTrustedChanged, row, &PermissionRow::setGranted);
-    connect(&manager, &AccessibilityPermissionManager::settingsMessageChanged, row, &PermissionRow::setSettingsMessage);
-    connect(row, &PermissionRow::requestAccessClicked, &manager, &AccessibilityPermissionManager::requestAccess);
-    connect(row, &PermissionRow::openSettingsClicked, &manager, &AccessibilityPermissionManager::openSystemSettings);
-    return row;
-}
-
-PermissionRow* PermissionRow::forScreenRecording(ScreenRecordingPermissionManager& manager, QWidget* parent)
-{
-    auto* row = new PermissionRow(SetupTexts::screenRecordingName(), parent);
-    row->setGranted(manager.isGranted());
-    connect(&manager, &ScreenRecordingPermissionManager::isGrantedChanged, row, &PermissionRow::setGranted);
-    connect(&manager, &ScreenRecordingPermissionManager::settingsMessageChanged, row,
-            &PermissionRow::setSettingsMessage);
-    connect(row, &PermissionRow::requestAccessClicked, &manager, &ScreenRecordingPermissionManager::requestAccess);
-    connect(row, &PermissionRow::openSettingsClicked, &manager, &ScreenRecordingPermissionManager::openSystemSettings);
-    return row;
 }
 
 } // namespace tolvane

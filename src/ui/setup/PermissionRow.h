@@ -11,8 +11,7 @@ class QPushButton;
 
 namespace tolvane {
 
-class AccessibilityPermissionManager;
-class ScreenRecordingPermissionManager;
+class PermissionManager;
 class StatusBadge;
 
 // A permission and its state: "Accessibility granted", or "… not granted" with the buttons
@@ -22,22 +21,16 @@ class PermissionRow final : public QWidget
 {
     Q_OBJECT
 public:
-    static PermissionRow* forAccessibility(AccessibilityPermissionManager& manager, QWidget* parent = nullptr);
-    static PermissionRow* forScreenRecording(ScreenRecordingPermissionManager& manager, QWidget* parent = nullptr);
+    PermissionRow(const QString& name, PermissionManager& manager, QWidget* parent = nullptr);
 
     bool isGranted() const { return m_granted; }
-    void setGranted(bool granted);
-    void setSettingsMessage(const QString& message);
-
-Q_SIGNALS:
-    void requestAccessClicked();
-    void openSettingsClicked();
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    PermissionRow(const QString& name, QWidget* parent);
+    void setGranted(bool granted);
+    void setSettingsMessage(const QString& message);
     void styleLink();
 
     bool m_granted = false;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/setup/PermissionWindows.h"
 
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupSymbols.h"
 #include "ui/setup/SetupTexts.h"
@@ -53,24 +53,6 @@ private:
     SetupSymbol m_symbol;
 };
 
-QLabel* paragraph(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-QLabel* captionLabel(const QString& text, QWidget* parent)
-{
-    QLabel* label = paragraph(text, parent);
-    QFont small = label->font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    label->setFont(small);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
-
 QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& header, QColor tint, SetupSymbol symbol)
 {
     window->setWindowTitle(title);
@@ -82,7 +64,7 @@ QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& 
     auto* top = new QHBoxLayout;
     top->setSpacing(12);
     top->addWidget(new SymbolTile(tint, symbol, window));
-    QLabel* heading = paragraph(header, window);
+    QLabel* heading = plainLabel(header, window);
     QFont bold = heading->font();
     bold.setPointSizeF(bold.pointSizeF() * 1.3);
     bold.setWeight(QFont::Bold);
@@ -98,6 +80,18 @@ QLabel* widthLimited(QLabel* label)
     return label;
 }
 
+// What to do instead when the desktop has no settings window to open; hidden while there is one.
+QLabel* settingsMessageLabel(PermissionManager& manager, QWidget* window)
+{
+    QLabel* label = widthLimited(plainLabel(manager.settingsMessage(), window));
+    label->setHidden(manager.settingsMessage().isEmpty());
+    QObject::connect(&manager, &PermissionManager::settingsMessageChanged, label, [label](const QString& message) {
+        label->setText(message);
+        label->setHidden(message.isEmpty());
+    });
+    return label;
+}
+
 } // namespace
 
 AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermissionManager& manager, QWidget* parent)
@@ -107,8 +101,8 @@ AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermis
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::accessibilityPermissionTitle(), SetupTexts::accessibilityHeader(),
                      QColor(0x0A, 0x84, 0xFF), SetupSymbol::accessibility);
-    column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityWhy(), this)));
-    column->addWidget(widthLimited(paragraph(SetupTexts::accessibilityOnlyThat(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::accessibilityWhy(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::accessibilityOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::accessibilityGranted(), SetupTexts::accessibilityNotGranted(), this);
     column->addWidget(m_status);
     auto* request = new QPushButton(SetupTexts::requestAccessibility(), this);
@@ -117,30 +111,13 @@ AccessibilityPermissionWindow::AccessibilityPermissionWindow(AccessibilityPermis
     column->addWidget(widthLimited(captionLabel(SetupTexts::requestAccessibilityCaption(), this)));
     auto* open = new QPushButton(SetupTexts::openAccessibilitySettings(), this);
     column->addWidget(open, 0, Qt::AlignLeft);
-    m_settingsMessage = widthLimited(paragraph(QString(), this));
-    m_settingsMessage->setHidden(true);
-    column->addWidget(m_settingsMessage);
+    column->addWidget(settingsMessageLabel(manager, this));
     column->addWidget(widthLimited(captionLabel(SetupTexts::afterGranting(), this)));
 
-    connect(request, &QPushButton::clicked, &manager, &AccessibilityPermissionManager::requestAccess);
-    connect(open, &QPushButton::clicked, &manager, &AccessibilityPermissionManager::openSystemSettings);
-    connect(&manager, &AccessibilityPermissionManager::isTrustedChanged, this,
-            &AccessibilityPermissionWindow::setTrusted);
-    connect(&manager, &AccessibilityPermissionManager::settingsMessageChanged, this,
-            &AccessibilityPermissionWindow::setSettingsMessage);
-    setTrusted(manager.isTrusted());
-    setSettingsMessage(manager.settingsMessage());
-}
-
-void AccessibilityPermissionWindow::setTrusted(bool trusted)
-{
-    m_status->setOn(trusted);
-}
-
-void AccessibilityPermissionWindow::setSettingsMessage(const QString& message)
-{
-    m_settingsMessage->setText(message);
-    m_settingsMessage->setHidden(message.isEmpty());
+    connect(request, &QPushButton::clicked, &manager, &PermissionManager::requestAccess);
+    connect(open, &QPushButton::clicked, &manager, &PermissionManager::openSystemSettings);
+    connect(&manager, &PermissionManager::isGrantedChanged, m_status, &StatusBadge::setOn);
+    m_status->setOn(manager.isGranted());
 }
 
 ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecordingPermissionManager& manager,
@@ -151,27 +128,21 @@ ScreenRecordingPermissionWindow::ScreenRecordingPermissionWindow(ScreenRecording
     QVBoxLayout* column =
         windowLayout(this, SetupTexts::screenRecordingPermissionTitle(), SetupTexts::screenRecordingHeader(),
                      QColor(0xAF, 0x52, 0xDE), SetupSymbol::viewfinder);
-    column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingWhy(), this)));
-    column->addWidget(widthLimited(paragraph(SetupTexts::screenRecordingOnlyThat(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::screenRecordingWhy(), this)));
+    column->addWidget(widthLimited(plainLabel(SetupTexts::screenRecordingOnlyThat(), this)));
     m_status = new StatusBadge(SetupTexts::screenRecordingGranted(), SetupTexts::screenRecordingNotGranted(), this);
     column->addWidget(m_status);
-    m_alwaysGranted = widthLimited(paragraph(SetupTexts::screenRecordingAlwaysGranted(), this));
+    m_alwaysGranted = widthLimited(plainLabel(SetupTexts::screenRecordingAlwaysGranted(), this));
     column->addWidget(m_alwaysGranted);
     auto* open = new QPushButton(SetupTexts::openScreenRecordingSettings(), this);
     column->addWidget(open, 0, Qt::AlignLeft);
-    m_settingsMessage = widthLimited(paragraph(QString(), this));
-    m_settingsMessage->setHidden(true);
-    column->addWidget(m_settingsMessage);
+    column->addWidget(settingsMessageLabel(manager, this));
     m_restartCaption = widthLimited(captionLabel(SetupTexts::screenRecordingRestart(), this));
     column->addWidget(m_restartCaption);
 
-    connect(open, &QPushButton::clicked, &manager, &ScreenRecordingPermissionManager::requestAccess);
-    connect(&manager, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &ScreenRecordingPermissionWindow::setGranted);
-    connect(&manager, &ScreenRecordingPermissionManager::settingsMessageChanged, this,
-            &ScreenRecordingPermissionWindow::setSettingsMessage);
+    connect(open, &QPushButton::clicked, &manager, &PermissionManager::requestAccess);
+    connect(&manager, &PermissionManager::isGrantedChanged, this, &ScreenRecordingPermissionWindow::setGranted);
     setGranted(manager.isGranted());
-    setSettingsMessage(manager.settingsMessage());
 }
 
 void ScreenRecordingPermissionWindow::setGranted(bool granted)
@@ -181,12 +152,6 @@ void ScreenRecordingPermissionWindow::setGranted(bool granted)
     const bool x11 = QGuiApplication::platformName() == QLatin1String("xcb");
     m_alwaysGranted->setVisible(granted && x11);
     m_restartCaption->setVisible(!(granted && x11));
-}
-
-void ScreenRecordingPermissionWindow::setSettingsMessage(const QString& message)
-{
-    m_settingsMessage->setText(message);
-    m_settingsMessage->setHidden(message.isEmpty());
 }
 
 } // namespace tolvane

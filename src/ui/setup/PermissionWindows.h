@@ -21,11 +21,7 @@ public:
     explicit AccessibilityPermissionWindow(AccessibilityPermissionManager& manager, QWidget* parent = nullptr);
 
 private:
-    void setTrusted(bool trusted);
-    void setSettingsMessage(const QString& message);
-
     StatusBadge* m_status = nullptr;
-    QLabel* m_settingsMessage = nullptr;
 };
 
 // Why the OCR fallback captures a strip of the screen, and whether it may. On X11 it always may,
@@ -38,12 +34,10 @@ public:
 
 private:
     void setGranted(bool granted);
-    void setSettingsMessage(const QString& message);
 
     StatusBadge* m_status = nullptr;
     QLabel* m_alwaysGranted = nullptr;
     QLabel* m_restartCaption = nullptr;
-    QLabel* m_settingsMessage = nullptr;
 };
 
 } // namespace tolvane

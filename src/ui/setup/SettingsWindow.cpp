@@ -5,14 +5,14 @@
 #include "core/hotkeys/HotkeyCaptureTexts.h"
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/hotkeys/KeyNames.h"
-#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/setup/SettingsChoices.h"
 #include "core/support/Logging.h"
 #include "core/support/PlatformWording.h"
 #include "core/support/Scheduler.h"
 #include "ui/HotkeyKeycaps.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/SectionCard.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/PermissionRow.h"
@@ -42,26 +42,6 @@ TOLVANE_DEFINE_LOG(lcSettingsWindow, "SettingsWindow")
 namespace tolvane {
 
 namespace {
-
-QLabel* caption(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    QFont small = label->font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    label->setFont(small);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    return label;
-}
-
-QLabel* plainLabel(const QString& text, QWidget* parent)
-{
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
 
 QLabel* warningLabel(QWidget* parent)
 {
@@ -190,7 +170,7 @@ QWidget* SettingsWindow::buildHotkeySection()
     m_captureButton = new QPushButton(box);
     row->addWidget(m_captureButton);
     contentOf(box)->addLayout(row);
-    m_captureHint = caption(QString(), box);
+    m_captureHint = captionLabel(QString(), box);
     contentOf(box)->addWidget(m_captureHint);
     m_validationMessage = warningLabel(box);
     contentOf(box)->addWidget(m_validationMessage);
@@ -280,7 +260,7 @@ QWidget* SettingsWindow::buildAppearanceSection()
         row->addWidget(button);
     }
     contentOf(box)->addWidget(segments);
-    contentOf(box)->addWidget(caption(SetupTexts::appearanceCaption(), box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::appearanceCaption(), box));
 
     connect(m_appearance, &QButtonGroup::idClicked, this, [this](int id) {
         // The application applies the appearance whenever the key changes (here or by hand).
@@ -302,7 +282,7 @@ QWidget* SettingsWindow::buildPassageSection()
     SectionCard* box = section(SetupTexts::passageSection(), SetupSymbol::quote, QColor(0x30, 0xB0, 0xC7), this);
     m_passageAutoSave = new QCheckBox(SetupTexts::passageAutoSave(), box);
     contentOf(box)->addWidget(m_passageAutoSave);
-    contentOf(box)->addWidget(caption(SetupTexts::passageAutoSaveCaption(), box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::passageAutoSaveCaption(), box));
     connect(m_passageAutoSave, &QCheckBox::toggled, this,
             [this](bool on) { m_services.preferences.setBool(PreferenceKey::passageAutoSaveEnabled, on); });
     m_refreshers.insert(PreferenceKey::passageAutoSaveEnabled, [this] {
@@ -318,8 +298,8 @@ QWidget* SettingsWindow::buildAccessibilitySection()
         section(SetupTexts::accessibilitySection(), SetupSymbol::accessibility, QColor(0x0A, 0x84, 0xFF), this);
     m_wordHover = new QCheckBox(SetupTexts::wordHoverLookup(), box);
     contentOf(box)->addWidget(m_wordHover);
-    contentOf(box)->addWidget(caption(SetupTexts::wordHoverCaption(), box));
-    contentOf(box)->addWidget(PermissionRow::forAccessibility(m_services.accessibility, box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::wordHoverCaption(), box));
+    contentOf(box)->addWidget(new PermissionRow(SetupTexts::accessibilityName(), m_services.accessibility, box));
     connect(m_wordHover, &QCheckBox::toggled, this,
             [this](bool on) { m_services.preferences.setBool(PreferenceKey::axWordLookupEnabled, on); });
     m_refreshers.insert(PreferenceKey::axWordLookupEnabled, [this] {
@@ -334,14 +314,13 @@ QWidget* SettingsWindow::buildOcrSection()
     SectionCard* box = section(SetupTexts::ocrSection(), SetupSymbol::viewfinder, QColor(0xAF, 0x52, 0xDE), this);
     m_ocrFallback = new QCheckBox(SetupTexts::ocrFallback(), box);
     contentOf(box)->addWidget(m_ocrFallback);
-    contentOf(box)->addWidget(caption(SetupTexts::ocrCaption(), box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::ocrCaption(), box));
     m_ocrLockedNote = plainLabel(SetupTexts::ocrLockedNote(), box);
     contentOf(box)->addWidget(m_ocrLockedNote);
-    contentOf(box)->addWidget(PermissionRow::forScreenRecording(m_services.screenRecording, box));
+    contentOf(box)->addWidget(new PermissionRow(SetupTexts::screenRecordingName(), m_services.screenRecording, box));
     connect(m_ocrFallback, &QCheckBox::toggled, this,
             [this](bool on) { m_services.preferences.setBool(PreferenceKey::ocrFallbackEnabled, on); });
-    connect(&m_services.screenRecording, &ScreenRecordingPermissionManager::isGrantedChanged, this,
-            &SettingsWindow::refreshOcrLock);
+    connect(&m_services.screenRecording, &PermissionManager::isGrantedChanged, this, &SettingsWindow::refreshOcrLock);
     m_refreshers.insert(PreferenceKey::ocrFallbackEnabled, [this] {
         const QSignalBlocker quiet(m_ocrFallback);
         m_ocrFallback->setChecked(m_services.preferences.ocrFallbackEnabled());
@@ -374,7 +353,7 @@ QSpinBox* SettingsWindow::durationStepper(const QString& name, const QString& ke
 QWidget* SettingsWindow::buildDurationSection()
 {
     SectionCard* box = section(SetupTexts::durationSection(), SetupSymbol::timer, QColor(0xFF, 0x95, 0x00), this);
-    contentOf(box)->addWidget(caption(SetupTexts::durationCaption(), box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::durationCaption(), box));
     m_wordDuration = durationStepper(SetupTexts::wordDuration(), PreferenceKey::wordOverlayDurationSeconds);
     m_passageDuration = durationStepper(SetupTexts::passageDuration(), PreferenceKey::passageOverlayDurationSeconds);
     auto* form = new QFormLayout;
@@ -490,11 +469,11 @@ QWidget* SettingsWindow::buildStartAtLoginSection()
         m_services.autostart = Autostart::forThisUser();
     m_startAtLogin = new QCheckBox(SetupTexts::startAtLogin(), box);
     m_startAtLogin->setChecked(m_services.autostart->isEnabled());
-    m_startAtLoginMessage = caption(QString(), box);
+    m_startAtLoginMessage = captionLabel(QString(), box);
     m_startAtLoginMessage->setAccessibleName(QStringLiteral("Start at login message"));
     m_startAtLoginMessage->hide();
     contentOf(box)->addWidget(m_startAtLogin);
-    contentOf(box)->addWidget(caption(SetupTexts::startAtLoginCaption(), box));
+    contentOf(box)->addWidget(captionLabel(SetupTexts::startAtLoginCaption(), box));
     contentOf(box)->addWidget(m_startAtLoginMessage);
     connect(m_startAtLogin, &QCheckBox::toggled, this, [this](bool on) {
         const Result<void> done = m_services.autostart->setEnabled(on);

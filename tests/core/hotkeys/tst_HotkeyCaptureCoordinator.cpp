@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/hotkeys/HotkeyCaptureCoordinator.h"
 #include "core/hotkeys/HotkeyManager.h"
-#include "core/hotkeys/OnboardingHotkeyCaptureCoordinator.h"
 
 #include "fakes/FakePlatform.h"
 

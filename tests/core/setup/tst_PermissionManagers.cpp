@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/setup/AccessibilityPermissionManager.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeScheduler.h"
 
@@ -20,8 +19,8 @@ private Q_SLOTS:
         FakeAccessibilityService service;
         service.trusted = false;
         AccessibilityPermissionManager manager(service, scheduler);
-        QSignalSpy changes(&manager, &AccessibilityPermissionManager::isTrustedChanged);
-        QVERIFY(!manager.isTrusted());
+        QSignalSpy changes(&manager, &PermissionManager::isGrantedChanged);
+        QVERIFY(!manager.isGranted());
 
         // Two polls that read the same value say nothing.
         scheduler.advance(3000ms);
@@ -29,9 +28,9 @@ private Q_SLOTS:
 
         service.trusted = true; // switched on in the desktop's settings
         scheduler.advance(1499ms);
-        QVERIFY(!manager.isTrusted());
+        QVERIFY(!manager.isGranted());
         scheduler.advance(1ms);
-        QVERIFY(manager.isTrusted());
+        QVERIFY(manager.isGranted());
         QCOMPARE(changes.size(), 1);
         QCOMPARE(changes[0][0].toBool(), true);
 
@@ -41,22 +40,23 @@ private Q_SLOTS:
         QCOMPARE(changes.size(), 2);
     }
 
-    void accessibilityRequest()
+    void accessibilityRequestRefreshesAtOnceAndLeavesTheSettingsClosed()
     {
         FakeScheduler scheduler;
         FakeAccessibilityService service;
         AccessibilityPermissionManager granted(service, scheduler);
-        QSignalSpy changes(&granted, &AccessibilityPermissionManager::isTrustedChanged);
+        QSignalSpy changes(&granted, &PermissionManager::isGrantedChanged);
         granted.requestAccess();
         QCOMPARE(service.trustRequests, 1);
-        QVERIFY(granted.isTrusted());
+        QCOMPARE(service.settingsOpened, 0);
+        QVERIFY(granted.isGranted());
         QCOMPARE(changes.size(), 0);
 
         service.trusted = false;
         service.grantOnRequest = true;
         AccessibilityPermissionManager notYet(service, scheduler);
         notYet.requestAccess();
-        QVERIFY(notYet.isTrusted()); // refreshed at once, not at the next poll
+        QVERIFY(notYet.isGranted()); // refreshed at once, not at the next poll
     }
 
     void accessibilitySettingsExplainWhenThereAreNone()
@@ -67,7 +67,7 @@ private Q_SLOTS:
         manager.openSystemSettings();
         QCOMPARE(manager.settingsMessage(), QString());
         service.settingsError = QStringLiteral("Run gsettings …");
-        QSignalSpy messages(&manager, &AccessibilityPermissionManager::settingsMessageChanged);
+        QSignalSpy messages(&manager, &PermissionManager::settingsMessageChanged);
         manager.openSystemSettings();
         manager.openSystemSettings();
         QCOMPARE(service.settingsOpened, 3);

@@ -3,9 +3,8 @@
 // out/guide/ for looking at, with the checks that need the real fonts of the desktop.
 #include "core/hotkeys/HotkeyManager.h"
 #include "core/review/NotificationScheduler.h"
-#include "core/setup/AccessibilityPermissionManager.h"
+#include "core/setup/PermissionManager.h"
 #include "core/setup/Preferences.h"
-#include "core/setup/ScreenRecordingPermissionManager.h"
 #include "core/support/QtScheduler.h"
 #include "core/translation/LiveTranslationService.h"
 #include "fakes/FakePlatform.h"

@@ -28,7 +28,6 @@ DesktopNotificationCenter::DesktopNotificationCenter(std::unique_ptr<Notificatio
     , m_scheduler(scheduler)
     , m_clock(clock)
     , m_applicationIsActive(std::move(applicationIsActive))
-    , m_self(std::make_shared<DesktopNotificationCenter*>(this))
 {
     Result<QList<PendingRequest>> loaded = m_file.load();
     if (loaded)
@@ -36,15 +35,15 @@ DesktopNotificationCenter::DesktopNotificationCenter(std::unique_ptr<Notificatio
     else
         qCWarning(lcNotificationCenter).noquote() << loaded.error().message;
 
-    std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
+    const Lifetime::Watch alive = m_lifetime.watch();
     m_server->setHandlers(
-        [weak](quint32 id, const QString& actionKey) {
-            if (auto self = weak.lock())
-                (*self)->actionInvoked(id, actionKey);
+        [this, alive](quint32 id, const QString& actionKey) {
+            if (alive)
+                actionInvoked(id, actionKey);
         },
-        [weak](quint32 id) {
-            if (auto self = weak.lock())
-                (*self)->m_delivered.remove(id);
+        [this, alive](quint32 id) {
+            if (alive)
+                m_delivered.remove(id);
         });
     // Reminders that came due while Tolvane was not running are handled by the first check.
     arm();
@@ -198,10 +197,10 @@ void DesktopNotificationCenter::persist()
     if (m_unsaved)
         return;
     m_unsaved = true;
-    std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
-    m_scheduler.post([weak] {
-        if (auto self = weak.lock())
-            (*self)->writeFile();
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_scheduler.post([this, alive] {
+        if (alive)
+            writeFile();
     });
 }
 
@@ -225,10 +224,10 @@ void DesktopNotificationCenter::arm()
         next = m_retryAt;
     const qint64 wait =
         std::clamp<qint64>(m_clock.now().msecsTo(next), 0, std::chrono::duration_cast<Duration>(longestWait).count());
-    std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
-    m_timer = m_scheduler.singleShot(Duration(wait), [weak] {
-        if (auto self = weak.lock())
-            (*self)->deliverDue();
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_timer = m_scheduler.singleShot(Duration(wait), [this, alive] {
+        if (alive)
+            deliverDue();
     });
 }
 
@@ -270,26 +269,24 @@ void DesktopNotificationCenter::deliverDue()
 void DesktopNotificationCenter::deliver(const PendingRequest& pending)
 {
     m_delivering = true;
-    std::weak_ptr<DesktopNotificationCenter*> weak = m_self;
-    m_server->capabilities([weak, pending](std::optional<QStringList> capabilities, const QString& error) {
-        auto self = weak.lock();
-        if (!self)
+    const Lifetime::Watch alive = m_lifetime.watch();
+    m_server->capabilities([this, alive, pending](std::optional<QStringList> capabilities, const QString& error) {
+        if (!alive)
             return;
         if (!capabilities) {
-            (*self)->deliveryFailed(error);
+            deliveryFailed(error);
             return;
         }
         const bool markup = capabilities->contains(QStringLiteral("body-markup"));
-        (*self)->m_server->notify(serverNotification(pending, markup),
-                                  [weak, pending](std::optional<quint32> id, const QString& notifyError) {
-                                      auto again = weak.lock();
-                                      if (!again)
-                                          return;
-                                      if (id)
-                                          (*again)->delivered(pending, *id);
-                                      else
-                                          (*again)->deliveryFailed(notifyError);
-                                  });
+        m_server->notify(serverNotification(pending, markup),
+                         [this, alive, pending](std::optional<quint32> id, const QString& notifyError) {
+                             if (!alive)
+                                 return;
+                             if (id)
+                                 delivered(pending, *id);
+                             else
+                                 deliveryFailed(notifyError);
+                         });
     });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/support/Clock.h"
+#include "core/support/Lifetime.h"
 #include "core/support/Scheduler.h"
 #include "platform/NotificationCenter.h"
 #include "platform/linux/notifications/NotificationServer.h"
@@ -82,7 +83,7 @@ private:
     bool m_unsaved = false;
     QDateTime m_retryAt;
     QString m_lastDeliveryError;
-    std::shared_ptr<DesktopNotificationCenter*> m_self;
+    Lifetime m_lifetime;
 };
 
 } // namespace tolvane
