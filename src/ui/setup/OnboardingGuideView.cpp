@@ -560,12 +560,12 @@ QWidget* OnboardingGuideView::buildSummary()
         first->setWordWrap(false);
         auto* caps = new HotkeyKeycaps(currentHotkeyDisplay(), 11, content);
         m_keycapSentences.append({content, caps, before, after});
+        // The end of the sentence wraps, so a long hotkey or a long translation of the words never
+        // pushes it past the window's edge.
         auto* last = textLabel(after.trimmed(), content);
-        last->setWordWrap(false);
         line->addWidget(first);
         line->addWidget(caps);
-        line->addWidget(last);
-        line->addStretch(1);
+        line->addWidget(last, 1);
         layout->addWidget(symbolRow(symbol, content, page));
     };
     keycapSentence(Symbol::pointerRays, Texts::hoverBefore, Texts::hoverAfter);
