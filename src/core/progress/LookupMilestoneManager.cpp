@@ -38,9 +38,9 @@ void LookupMilestoneManager::recordSuccessfulLookup(const QString& source, const
         m_onMilestone(LookupMilestone{count, source, translation, targetLanguageCode, direction});
 }
 
-std::optional<qint64> LookupMilestoneManager::nextMilestone() const
+std::optional<qint64> LookupMilestoneManager::milestoneAfter(qint64 count)
 {
-    const auto next = std::upper_bound(thresholds.cbegin(), thresholds.cend(), m_successfulLookupCount);
+    const auto next = std::upper_bound(thresholds.cbegin(), thresholds.cend(), count);
     if (next == thresholds.cend())
         return std::nullopt;
     return *next;

@@ -34,7 +34,8 @@ public:
     void recordSuccessfulLookup(const QString& source, const QString& translation, const QString& targetLanguageCode,
                                 DetectedDirection direction);
     // The first milestone above the count; nothing past the last one.
-    std::optional<qint64> nextMilestone() const;
+    static std::optional<qint64> milestoneAfter(qint64 count);
+    std::optional<qint64> nextMilestone() const { return milestoneAfter(m_successfulLookupCount); }
     QSet<qint64> shownMilestones() const;
 
 Q_SIGNALS:

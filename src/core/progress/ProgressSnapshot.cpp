@@ -27,15 +27,6 @@ FlashcardCounts FlashcardCounts::of(const QList<ReviewCard>& cards)
     return counts;
 }
 
-std::optional<qint64> milestoneAfter(qint64 count)
-{
-    const auto& thresholds = LookupMilestoneManager::thresholds;
-    const auto next = std::upper_bound(thresholds.cbegin(), thresholds.cend(), count);
-    if (next == thresholds.cend())
-        return std::nullopt;
-    return *next;
-}
-
 std::optional<ConfusionLogEntry> mostLookedUpEntry(const QList<ConfusionLogEntry>& entries)
 {
     const ConfusionLogEntry* top = nullptr;
@@ -74,7 +65,7 @@ void ProgressSnapshot::countUsage(const UsageTally& tally, const CalendarDays& d
 void ProgressSnapshot::countMilestones(qint64 successfulLookupCount)
 {
     successfulLookups = successfulLookupCount;
-    nextMilestone = milestoneAfter(successfulLookupCount);
+    nextMilestone = LookupMilestoneManager::milestoneAfter(successfulLookupCount);
 }
 
 } // namespace tolvane

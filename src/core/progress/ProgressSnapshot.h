@@ -49,8 +49,6 @@ struct ProgressSnapshot
                                  const QDateTime& now, const StatsCalendar& calendar);
 };
 
-// The first milestone above count, none from the last one on.
-std::optional<qint64> milestoneAfter(qint64 count);
 // The entry looked up most often; of equal counts, the one logged first.
 std::optional<ConfusionLogEntry> mostLookedUpEntry(const QList<ConfusionLogEntry>& entries);
 
