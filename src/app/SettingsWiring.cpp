@@ -92,6 +92,8 @@ void SettingsWiring::openSettings()
             m_scheduler,
             [reminders] { reminders->reschedule(); },
             &SettingsWiring::openNotificationSettings,
+            std::nullopt,
+            m_services.updates->canCheckForUpdates(),
         });
     }
     bringToFront(m_settingsWindow);

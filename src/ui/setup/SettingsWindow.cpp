@@ -112,6 +112,8 @@ SettingsWindow::SettingsWindow(SettingsWindowServices services, QWidget* parent)
     column->addWidget(buildOcrSection());
     column->addWidget(buildDurationSection());
     column->addWidget(buildNotificationSection());
+    if (m_services.offersUpdateChecks)
+        column->addWidget(buildUpdatesSection());
     column->addWidget(buildStartAtLoginSection());
     column->addStretch(1);
 
@@ -460,6 +462,22 @@ void SettingsWindow::refreshAll()
         refresher();
     refreshHotkey();
     refreshOcrLock();
+}
+
+QWidget* SettingsWindow::buildUpdatesSection()
+{
+    SectionCard* box = section(SetupTexts::updatesSection(), SetupSymbol::arrowDown, QColor(0x5A, 0xC8, 0xFA), this);
+    m_automaticUpdateChecks = new QCheckBox(SetupTexts::automaticUpdateChecks(), box);
+    contentOf(box)->addWidget(m_automaticUpdateChecks);
+    contentOf(box)->addWidget(captionLabel(SetupTexts::automaticUpdateChecksCaption(), box));
+    connect(m_automaticUpdateChecks, &QCheckBox::toggled, this,
+            [this](bool on) { m_services.preferences.setBool(PreferenceKey::automaticallyCheckForUpdates, on); });
+    m_refreshers.insert(PreferenceKey::automaticallyCheckForUpdates, [this] {
+        const QSignalBlocker quiet(m_automaticUpdateChecks);
+        m_automaticUpdateChecks->setChecked(
+            m_services.preferences.boolForKey(PreferenceKey::automaticallyCheckForUpdates));
+    });
+    return box;
 }
 
 QWidget* SettingsWindow::buildStartAtLoginSection()

@@ -50,6 +50,8 @@ struct SettingsWindowServices
     std::function<QString()> openNotificationSettings;
     // The login entry this window switches; the user's own when nothing else is given.
     std::optional<Autostart> autostart = std::nullopt;
+    // Whether this build has a release feed; without one there is nothing to check automatically.
+    bool offersUpdateChecks = false;
 };
 
 // The one place to change the preferences after the first-run guide. Every control shows the
@@ -79,6 +81,7 @@ private:
     QWidget* buildOcrSection();
     QWidget* buildDurationSection();
     QWidget* buildNotificationSection();
+    QWidget* buildUpdatesSection();
     QWidget* buildStartAtLoginSection();
     QSpinBox* durationStepper(const QString& name, const QString& key);
 
@@ -113,6 +116,7 @@ private:
     StatusBadge* m_notificationBadge = nullptr;
     QPushButton* m_openNotificationSettings = nullptr;
     QLabel* m_notificationMessage = nullptr;
+    QCheckBox* m_automaticUpdateChecks = nullptr;
     QCheckBox* m_startAtLogin = nullptr;
     QLabel* m_startAtLoginMessage = nullptr;
 };

@@ -79,6 +79,12 @@ void drawSetupSymbol(QPainter& painter, SetupSymbol symbol, const QRectF& rect)
         painter.drawLine(at(0.5, 0.1), at(0.5, 0.5));
         break;
     }
+    case SetupSymbol::arrowDown:
+        painter.drawEllipse(QRectF(at(0.1, 0.1), at(0.9, 0.9)));
+        painter.drawLine(at(0.5, 0.26), at(0.5, 0.72));
+        painter.drawLine(at(0.32, 0.54), at(0.5, 0.72));
+        painter.drawLine(at(0.68, 0.54), at(0.5, 0.72));
+        break;
     case SetupSymbol::timer:
         painter.drawEllipse(QRectF(at(0.12, 0.18), at(0.88, 0.94)));
         painter.drawLine(at(0.4, 0.06), at(0.6, 0.06));

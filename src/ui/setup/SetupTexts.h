@@ -41,6 +41,19 @@ inline QString appearanceCaption()
 {
     return QStringLiteral("Choose how Tolvane's windows appear, independent of your system setting.");
 }
+inline QString updatesSection()
+{
+    return QStringLiteral("Updates");
+}
+inline QString automaticUpdateChecks()
+{
+    return QStringLiteral("Check for updates automatically");
+}
+inline QString automaticUpdateChecksCaption()
+{
+    return QStringLiteral("Once a day at most, Tolvane asks its release feed whether a newer version exists. Nothing "
+                          "about you or your words is sent. Off, Tolvane only asks when you choose Check for Updates.");
+}
 inline QString startAtLoginSection()
 {
     return QStringLiteral("Start at Login");

@@ -49,6 +49,7 @@ struct Rig
     std::function<void()> reschedule = [this] { ++reschedules; };
     QTemporaryDir home;
     QString autostartFolder = home.path() + QStringLiteral("/autostart");
+    bool offersUpdateChecks = false;
 
     Rig() { preferences.registerStartupDefaults(); }
 
@@ -57,7 +58,7 @@ struct Rig
         return std::make_unique<SettingsWindow>(
             SettingsWindowServices{preferences, accessibility, screenRecording, hotkeys, *platform.eventMonitor,
                                    *platform.hotkeys, scheduler, [this] { reschedule(); }, [] { return QString(); },
-                                   Autostart(autostartFolder, QStringLiteral("/usr/bin/tolvane"))});
+                                   Autostart(autostartFolder, QStringLiteral("/usr/bin/tolvane")), offersUpdateChecks});
     }
     QMap<QString, PreferenceValue> stored() const { return platform.preferences->storedValues(); }
 };
@@ -276,6 +277,19 @@ private Q_SLOTS:
         auto* message = named<QLabel>(window.get(), QStringLiteral("Start at login message"));
         QVERIFY(message && !message->isHidden());
         QVERIFY2(message->text().contains(rig.autostartFolder), qPrintable(message->text()));
+    }
+
+    void automaticUpdateChecksAreOfferedOnlyWithAFeedAndSwitchTheirKey()
+    {
+        Rig rig;
+        const QString title = QStringLiteral("Check for updates automatically");
+        QVERIFY(!named<QCheckBox>(rig.window().get(), title));
+        rig.offersUpdateChecks = true;
+        auto window = rig.window();
+        auto* toggle = named<QCheckBox>(window.get(), title);
+        QVERIFY(toggle && !toggle->isChecked());
+        toggle->click();
+        QCOMPARE(rig.stored().value(PreferenceKey::automaticallyCheckForUpdates), PreferenceValue(true));
     }
 
     void permissionWindowFollowsAGrantWithinOnePoll()
