@@ -106,6 +106,30 @@ private Q_SLOTS:
         QCOMPARE(again.object(PreferenceKey::wordOverlayDurationSeconds), PreferenceValue(2.5));
     }
 
+    void numbersReadAsWrittenWithOrWithoutAFraction_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<PreferenceValue>("expected");
+        QTest::newRow("integer") << QByteArray(R"({"n": 5})") << PreferenceValue(qint64(5));
+        QTest::newRow("fraction") << QByteArray(R"({"n": 5.0})") << PreferenceValue(5.0);
+        QTest::newRow("exponent") << QByteArray(R"({"n": 5E0})") << PreferenceValue(5.0);
+        QTest::newRow("escaped key") << QByteArray(R"({"\u006e": -0.0})") << PreferenceValue(-0.0);
+        QTest::newRow("same key inside an object")
+            << QByteArray(R"({"o": {"n": 1.5}, "n": 2})") << PreferenceValue(qint64(2));
+        QTest::newRow("written twice, last an integer")
+            << QByteArray(R"({"n": 1.5, "n": 2})") << PreferenceValue(qint64(2));
+        QTest::newRow("written twice, last a fraction") << QByteArray(R"({"n": 2, "n": 1.5})") << PreferenceValue(1.5);
+    }
+
+    void numbersReadAsWrittenWithOrWithoutAFraction()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(PreferenceValue, expected);
+        const JsonFilePreferenceStore::Parsed parsed = JsonFilePreferenceStore::parse(text);
+        QVERIFY2(parsed.error.isEmpty(), qPrintable(parsed.error));
+        QCOMPARE(parsed.values.value(QStringLiteral("n")), expected);
+    }
+
     void aHandEditIsSeenWithoutARestart()
     {
         QTemporaryDir dir;

@@ -100,9 +100,13 @@ QSet<QString> keysWrittenAsReal(const QByteArray& text)
                 real = real || text[i] == '.' || text[i] == 'e' || text[i] == 'E';
                 ++i;
             }
+            // Of a key written twice the parser keeps the last value, so its text decides.
             if (real)
                 keys.insert(key);
+            else
+                keys.remove(key);
         } else {
+            keys.remove(key);
             skipValue();
         }
         skipSpace();

@@ -154,7 +154,13 @@ FlashcardView::FlashcardView(QWidget* parent)
     m_turnOverlay = new FlashcardTurnOverlay(this);
 }
 
-FlashcardView::~FlashcardView() = default;
+FlashcardView::~FlashcardView()
+{
+    // A turn still running stops when QWidget deletes it, after this view's own part is gone;
+    // its handlers must not run on what is left.
+    if (m_turn)
+        m_turn->disconnect(this);
+}
 
 bool FlashcardView::isTurning() const
 {

@@ -51,7 +51,9 @@ private Q_SLOTS:
                                        word = w;
                                        line = l;
                                    });
-            QTRY_COMPARE_WITH_TIMEOUT(calls, 1, 10000);
+            // A ceiling, not a speed check (bench_capture_ocr measures that): under AddressSanitizer
+            // on a busy machine one recognition has taken over 11 s.
+            QTRY_COMPARE_WITH_TIMEOUT(calls, 1, 30000);
             QCOMPARE(word, QString::fromLatin1(expected));
             QVERIFY2(line && line->contains(QStringLiteral("quick brown")), qPrintable(line.value_or(QString())));
             QTest::qWait(50);

@@ -912,18 +912,15 @@ GObjectPtr<AtspiAccessible> focusedWithin(Conversation& c, AtspiAccessible* wind
                                                     1, TRUE, e);
             },
             &ok));
-        if (ok && matches) {
-            GObjectPtr<AtspiAccessible> first;
-            for (guint i = 0; i < matches->len; ++i) {
-                AtspiAccessible* match = g_array_index(matches.get(), AtspiAccessible*, i);
-                if (!first)
-                    first.reset(match);
-                else
-                    g_object_unref(match);
-            }
-            if (first)
-                return first;
+        // The array owns a reference to every match, even when the answer came too late to use.
+        GObjectPtr<AtspiAccessible> first;
+        for (guint i = 0; matches && i < matches->len; ++i) {
+            GObjectPtr<AtspiAccessible> match(g_array_index(matches.get(), AtspiAccessible*, i));
+            if (ok && !first)
+                first = std::move(match);
         }
+        if (first)
+            return first;
     }
     if (c.broken())
         return nullptr;
