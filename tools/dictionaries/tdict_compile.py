@@ -440,7 +440,10 @@ APERTIUM_POS = {"n": "n", "vblex": "v", "vbser": "v", "vbhaver": "v", "vbmod": "
                 "det": "det", "num": "num", "np": "", "ij": "intj", "preadv": "adv"}
 
 
-TAGGED_LEMMAS = {}  # language -> {(lemma, Apertium tag)}, filled by analyser_forms
+# language -> {(lemma, Apertium tag): the tags of its citation form}, filled by analyser_forms. A
+# bilingual dictionary matches an entry only when it is given at least the entry's own tags
+# ("braccio<n><m><sg>", never "braccio<n>").
+TAGGED_LEMMAS = {}
 AUXILIARY_FORMS = {}  # language -> {form: lemma} for forms of "be", "have" and the modal verbs
 AUXILIARY_TAGS = {"vbser", "vbhaver", "vbmod", "vaux"}
 
@@ -459,14 +462,15 @@ PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca")}
 
 
 def bidix_translations(source, target, tagged_lemmas):
-    """{(lemma, tag)} -> {lemma: [(translation, tag)]}, through one Apertium bilingual dictionary."""
+    """{(lemma, tag): tags} -> {lemma: [(translation, tag, tags)]}, through one Apertium bilingual
+    dictionary."""
     import subprocess
     path = os.path.join(APERTIUM, BIDIX.get((source, target), "-"))
     out = {}
     if (source, target) not in BIDIX or not os.path.exists(path) or not tagged_lemmas:
         return out
-    items = sorted(tagged_lemmas)
-    text = "\n".join(f"^{lemma}<{tag}>$" for lemma, tag in items) + "\n"
+    items = sorted(tagged_lemmas.items())
+    text = "\n".join(f"^{lemma}{tags}$" for (lemma, _), tags in items) + "\n"
     try:
         result = subprocess.run(["lt-proc", "-b", path], input=text, capture_output=True, text=True, timeout=600).stdout
     except (OSError, subprocess.SubprocessError):
@@ -479,11 +483,12 @@ def bidix_translations(source, target, tagged_lemmas):
         for alternative in rest.split("/"):
             if alternative.startswith("@") or "<" not in alternative:
                 continue
-            word = alternative.split("<")[0].replace("_", " ").replace("#", "").strip()
-            if word and word != lemma or word:
+            word, _, tags = alternative.partition("<")
+            word = word.replace("_", " ").replace("#", "").strip()
+            if word:
                 out.setdefault(lemma, [])
-                if (word, tag) not in out[lemma]:
-                    out[lemma].append((word, tag))
+                if not any(w == word and t == tag for w, t, _ in out[lemma]):
+                    out[lemma].append((word, tag, "<" + tags))
     return out
 
 
@@ -492,24 +497,24 @@ def bidix_table(source, target):
     table = Table("apertium", 0.9)
     if source not in TAGGED_LEMMAS:
         analyser_forms(source)
-    lemmas = TAGGED_LEMMAS.get(source, set())
+    lemmas = TAGGED_LEMMAS.get(source, {})
     if (source, target) in BIDIX:
         # A curated dictionary between the two languages themselves: strong evidence for the
         # first choice ("bed" → cama, not the madre of a river bed).
         table.bonus = 1.5
         chains = bidix_translations(source, target, lemmas)
         for lemma, words in chains.items():
-            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _, _ in words[:4]], False, 0))
         return table
     table.pivot = True
     for pivot in PIVOTS.get((source, target), ("es",)):
         first = bidix_translations(source, pivot, lemmas)
-        middle = {(w, t) for words in first.values() for w, t in words}
+        middle = {(w, t): tags for words in first.values() for w, t, tags in words}
         second = bidix_translations(pivot, target, middle)
         for lemma, words in first.items():
             cands = []
-            for w, _ in words[:2]:
-                for final, _ in second.get(w, [])[:2]:
+            for w, _, _ in words[:2]:
+                for final, _, _ in second.get(w, [])[:2]:
                     if final not in cands:
                         cands.append(final)
             if cands:
@@ -523,7 +528,7 @@ def analyser_forms(code):
     path = os.path.join(APERTIUM, ANALYSERS.get(code, "-"))
     forms = defaultdict(list)
     lemmas = set()
-    tagged_lemmas = TAGGED_LEMMAS.setdefault(code, set())
+    tagged_lemmas = {}
     if code not in ANALYSERS or not os.path.exists(path):
         return forms, lemmas
     try:
@@ -541,14 +546,20 @@ def analyser_forms(code):
         raw_tag = tags.split(">")[0]
         if raw_tag in AUXILIARY_TAGS and form != lemma:
             AUXILIARY_FORMS.setdefault(code, {}).setdefault(form, lemma)
-        if raw_tag in APERTIUM_POS and raw_tag != "np":
-            tagged_lemmas.add((lemma, raw_tag))
+        if raw_tag in APERTIUM_POS and raw_tag != "np" and "+" not in tags and "#" not in analysis:
+            # The citation form's tags: the singular, the infinitive, the shortest otherwise.
+            full = "<" + tags
+            known = tagged_lemmas.get((lemma, raw_tag))
+            citation = form == lemma and ("<sg>" in full or "<inf>" in full or "<sp>" in full)
+            if known is None or (citation and (not known[1] or len(full) < len(known[0]))):
+                tagged_lemmas[(lemma, raw_tag)] = (full, citation)
         pos = APERTIUM_POS.get(tags.split(">")[0], "")
         # Forms with clitics attached ("dá-lo-ei") would multiply the file for little gain.
         if "-" in form or " " in form or "_" in form or len(form) > len(lemma) + 5:
             continue
         if lemma and form != lemma and "#" not in lemma and (lemma, pos) not in forms[form]:
             forms[form].append((lemma, pos))
+    TAGGED_LEMMAS[code] = {key: tags for key, (tags, _) in tagged_lemmas.items()}
     return forms, lemmas
 
 
