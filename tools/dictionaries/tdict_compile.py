@@ -3,7 +3,7 @@
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
 Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE] [--german FILE] [--only en-ru,ru-en]
-                        [--no-frequencies]
+                        [--no-frequencies] [--explain word,word]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
 reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
@@ -359,7 +359,9 @@ def read_edict(table):
             for key in (word, reading):
                 if key:
                     for s in senses:
-                        penalty = 0 if key == word or usually_kana else 1
+                        # A word usually written in kana is shown in kana (やはり, not 矢張り); its
+                        # kanji spelling still finds it.
+                        penalty = 0 if key == (reading if usually_kana and reading else word) else 1
                         table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked,
                                              reading or word))
             if common:
@@ -378,29 +380,45 @@ def read_cedict(path, table):
     if not path or not os.path.exists(path):
         return
     with open(path, encoding="utf-8", errors="replace") as f:
-        for line in f:
-            m = re.match(r"^(?:module\.exports = `)?(\S+) (\S+) \[([^\]]*)\] /(.*)/", line)
-            if not m:
+        entries = [m.groups() for m in (re.match(r"^(?:module\.exports = `)?(\S+) (\S+) \[([^\]]*)\] /(.*)/", line)
+                                        for line in f) if m]
+    # A second reading with a fraction of the main one's senses is the rarer word (便宜 biànyí
+    # "convenient" beside piányi "cheap").
+    fields = defaultdict(int)
+    for _, simp, pinyin, rest in entries:
+        if not pinyin[:1].isupper():
+            fields[simp] = max(fields[simp], rest.count("/") + 1)
+    for trad, simp, pinyin, rest in entries:
+        proper = pinyin[:1].isupper()
+        order = 3 if proper else (1 if 2 * (rest.count("/") + 1) <= fields[simp] else 0)
+        run = None  # the sense a run of one-word fields joins ("hog/pig/swine")
+        for field in rest.split("/"):
+            low = field.lower()
+            if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
+                               "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                 continue
-            trad, simp, pinyin, rest = m.groups()
-            proper = pinyin[:1].isupper()
-            order = 3 if proper else 0
-            for field in rest.split("/"):
-                low = field.lower()
-                if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
-                                   "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
-                    continue
-                marked = field.startswith(CEDICT_MARKED)
-                # A verb narrowed to one object ("to play (a role)") is a special use of the word,
-                # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
-                qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
-                domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
-                pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
-                cands = [clean(c, True) for c in field.split(";")]
-                cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
-                if cands:
-                    table.add(simp, Sense(pos, cands, domain, order, marked))
-                    order += 1
+            # Labels come before a gloss or after it ("smile (archaic)").
+            marked = any(label in field for label in CEDICT_MARKED)
+            # A verb narrowed to one object ("to play (a role)") is a special use of the word,
+            # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
+            qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
+            domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
+            pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
+            cands = [clean(c, True) for c in field.split(";")]
+            cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
+            if not cands:
+                continue
+            # CC-CEDICT puts near-synonyms in fields of their own ("coin/money", "ocean/sea");
+            # where it groups a sense it joins its words with ";". A run of plain one- or two-word
+            # fields of one kind is one sense, so the first gloss shows more than one of them.
+            plain = len(cands) == 1 and not domain and not field.startswith("(") and cands[0].count(" ") < 2
+            if plain and run is not None and run.pos == pos and len(run.cands) < 4:
+                run.cands.append(cands[0])
+                continue
+            sense = Sense(pos, cands, domain, order, marked)
+            table.add(simp, sense)
+            run = sense if plain else None
+            order += 1
 
 
 def read_korean(path, table_ko_en, table_en_ko):
@@ -746,6 +764,25 @@ def jieba_frequencies(path=None):
     return frequencies
 
 
+# jieba's tag of a word's usual use, as the classes of our senses ("重" is an adjective: heavy,
+# before "to repeat").
+JIEBA_CLASSES = {"n": {"n"}, "v": {"v"}, "vn": {"v", "n"}, "vd": {"v"}, "a": {"adj"}, "an": {"adj", "n"},
+                 "ad": {"adj", "adv"}, "d": {"adv"}, "nz": {"n"}}
+
+
+def jieba_classes(path=None):
+    classes = {}
+    try:
+        with open(path or JIEBA, encoding="utf-8") as f:
+            for line in f:
+                parts = line.split()
+                if len(parts) >= 3 and parts[2] in JIEBA_CLASSES:
+                    classes[parts[0]] = JIEBA_CLASSES[parts[2]]
+    except (OSError, UnicodeError):
+        return None
+    return classes
+
+
 def ipadic_frequencies(directory=None):
     """MeCab's cost is about -log(p) scaled: lower is commoner. The lowest cost of each spelling,
     mapped onto the Zipf scale (分かる 5559 → 3.9, 解る 7159 → 2.3)."""
@@ -916,10 +953,16 @@ class Direction:
         self.zipf = None     # Frequencies of the target language, when its source is installed
         self.common = set()  # target words marked common
         self.sources = set()
+        self.source_classes = None  # source word -> its usual word classes, where a source says
 
 
 ZIPF_WEIGHT = 0.8
+SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
+AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
+
+
+EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
 
 
 def rank_direction(direction, english_pos=None, english_lemmas=None):
@@ -927,10 +970,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
 
-    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False):
+    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False, family=None, rank=0.0):
         entry = cands_by_key[key].get(cand.lower())
         if entry is None:
-            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot]
+            entry = cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot, {}]
         else:
             entry[5] = entry[5] and marked  # one plain use of the word clears a label elsewhere
             entry[6] = entry[6] or not pivot
@@ -943,6 +986,8 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             entry[0] = entry[4] + 0.5
             if not entry[1]:
                 entry[1] = pos
+        if family:
+            entry[7][family] = min(entry[7].get(family, rank), rank)
 
     # A translation back through a third language is weaker evidence: it counts as if it came
     # a few places further down.
@@ -1006,6 +1051,22 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             return 0.0
         return 2.0 * (counts.get(pos, 0) / total - 0.5)
 
+    def usual_class(key, pos, cand):
+        """Bonus for a gloss of the class the source word usually has, where the source language
+        has such data (jieba for Chinese); an English gloss without a class of its own takes the
+        one WordNet mostly gives it."""
+        if direction.source_classes is None or english_pos is None:
+            return 0.0
+        classes = direction.source_classes.get(key)
+        if not classes:
+            return 0.0
+        if not pos and " " not in cand:
+            counts = english_pos.get(cand.lower())
+            total = sum(counts.values()) if counts else 0
+            if total >= 3:
+                pos = max(counts, key=counts.get)
+        return SOURCE_CLASS_BONUS if pos in classes else 0.0
+
     def english_keys(gloss, pos):
         """The English words a gloss answers: itself, and when the glosses are English and the
         dictionary is read backwards, its lemma ("brothers" → brother), its head noun after a
@@ -1040,7 +1101,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     pos = s.pos or guess_pos(cand, direction.target)
                     score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
                     score += table.bonus
-                    score += usual_use(key, pos)
+                    score += usual_use(key, pos) + usual_class(key, pos, cand)
                     back = back_translates(key, cand)
                     if back is not None:
                         score += 3.0 - min(back, 6) * 0.4
@@ -1048,7 +1109,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     if cand.lower() in direction.common:
                         score += 1.0
                     offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
-                          table.pivot)
+                          table.pivot, "apertium" if table.source == "apertium" else "dictionary", j)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -1071,12 +1132,26 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
                         score += usual_use(key, pos)
-                        offer(key, original, pos, score, None, s.marked, table.pivot)
+                        offer(key, original, pos, score, None, s.marked, table.pivot,
+                              "apertium" if table.source == "apertium" else "dictionary", j)
+
+    # Apertium's bilingual dictionaries put the usual translation first, and they were written
+    # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
+    # FreeDict gives only backwards, over its own "relish").
+    for cands in cands_by_key.values():
+        for entry in cands.values():
+            families = entry[7]
+            if "apertium" in families and "dictionary" in families:
+                entry[0] += max(0.0, AGREEMENT - 0.4 * families["apertium"])
 
     result = {}
     confidence = {}
     for key, cands in cands_by_key.items():
         ranked = sorted(cands.values(), key=lambda e: (e[5], -e[0]))[:8]
+        if key in EXPLAIN:
+            for e in ranked:
+                print(f"[explain] {direction.source}-{direction.target} {key}: {e[2]} {e[0]:.2f} {e[1] or '-'}"
+                      f"{' marked' if e[5] else ''}{'' if e[6] else ' pivot'}", file=sys.stderr)
         confidence[key] = ranked[0][0]
         lines = []
         best_sense = ranked[0][3]
@@ -1088,7 +1163,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         # way of a third language may lead when nothing better is there, but never stands beside
         # a better one in the first gloss ("manhã, amanhã"): it goes to the end.
         groups, order = {}, []
-        for index, (score, pos, cand, _, _, _, solid) in enumerate(ranked):
+        for index, (score, pos, cand, _, _, _, solid, _) in enumerate(ranked):
             group = (pos, solid or index == 0)
             if group not in groups:
                 groups[group] = []
@@ -1152,6 +1227,8 @@ def main(argv):
             german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
             only = set(argv[i + 1].split(",")); i += 2
+        elif argv[i] == "--explain":
+            EXPLAIN.update(argv[i + 1].split(",")); i += 2
         elif argv[i] == "--no-frequencies":
             use_frequencies = False; i += 1
         else:
@@ -1241,6 +1318,7 @@ def main(argv):
                 for k in range(len(head) - n + 1):
                     productivity[head[k:k + n]] += 1
         d = Direction("zh", "en"); d.direct = [ce]; d.freq = english; d.sources = {"cedict"}
+        d.source_classes = jieba_classes() if use_frequencies else None
         jobs.append(d)
         d = Direction("en", "zh"); d.reverse = [ce]; d.freq = productivity; d.sources = {"cedict"}
         jobs.append(d)
