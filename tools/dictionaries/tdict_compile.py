@@ -228,12 +228,16 @@ def read_mueller(table):
         if redirect and len(text) < 80:
             table.redirects[head] = redirect.group(1).strip()
             continue
-        # Split into parts of speech: "1. _n." "2. _v."; a single part has no number.
-        parts = re.split(r"(?:^|\s)\d+\.\s+(?=_)", text)
-        for part_index, part in enumerate(parts):
+        # Homonyms ("_I [bɪɜ] _n. пиво", "_II … ход") are words of their own, the first usually
+        # the everyday one; each is split into parts of speech: "1. _n." "2. _v."; a single part
+        # has no number.
+        homonyms = [h for h in re.split(r"(?:^|\s)_(?:I|II|III|IV|V|VI|VII|VIII)\s+", text) if h.strip()]
+        parts = [(number, part) for number, homonym in enumerate(homonyms)
+                 for part in re.split(r"(?:^|\s)\d+\.\s+(?=_)", homonym)]
+        for part_index, (homonym, part) in enumerate(parts):
             # Each part of speech starts with its own main sense: "love" the verb is "любить"
             # however many senses the noun has before it.
-            order = part_index // 2
+            order = part_index // 2 + homonym
             pm = re.match(r"\s*(?:\[[^\]]*\]\s*)?_([a-z\-]+)\.", part)
             pos = MUELLER_POS.get(pm.group(1), "") if pm else ""
             senses = re.split(r"\s\d+\)\s*|^\d+\)\s*|(?<=\S)\d+\)", part)
@@ -288,6 +292,9 @@ EDICT_MARKED = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "iK", "io", "X"
                 "derog", "poet", "ksb", "ktb", "kyb", "osb", "hob", "thb", "tsb", "tsug", "rkb", "nab", "dated"}
 
 
+EDICT_SPELLING = {"oK", "ok", "iK", "ik", "io", "ateji", "gikun"}
+
+
 EDICT_AFFIX = {"ctr", "suf", "pref", "n-suf", "n-pref"}
 
 
@@ -314,7 +321,8 @@ def read_edict(table):
             pos, rare, marked, order = "", False, False, 0
             senses = []
             current = None
-            for field in fields:
+            spelling_marked = False
+            for index, field in enumerate(fields):
                 if field == "(P)" or field.startswith("EntL"):
                     continue
                 tags = []
@@ -328,6 +336,11 @@ def read_edict(table):
                     else:
                         tags.extend(t.strip() for t in inner.split(","))
                     field = field[tm.end():]
+                if index == 0:
+                    # Labels of the spelling itself open the entry ("為る (oK)": an out-dated kanji
+                    # spelling of する); they are no labels of its first sense.
+                    spelling_marked = any(t in EDICT_SPELLING for t in tags)
+                    tags = [t for t in tags if t not in EDICT_SPELLING]
                 if tags and edict_pos(tags):
                     pos = edict_pos(tags)
                     current = None
@@ -347,7 +360,9 @@ def read_edict(table):
             if not common:
                 for s in senses:
                     s.order += 2
-            usually_kana = "(uk)" in rest
+            # Usually kana when the first sense says so; a later sense's label ("to try" of 見る)
+            # says it of that use only.
+            usually_kana = "(uk)" in re.match(r"^(?:\s*\([^()]*\))*", fields[0]).group(0)
             # Spellings of one word are lines of their own with the same reading and glosses
             # (分かる, 解る, 判る): remember them together, to prefer the usual one.
             group = table.spellings.setdefault((reading or word, re.sub(r"/\(P\)", "", rest)), [])
@@ -359,11 +374,12 @@ def read_edict(table):
             for key in (word, reading):
                 if key:
                     for s in senses:
+                        marked_here = s.marked or (spelling_marked and key == word and reading is not None)
                         # A word usually written in kana is shown in kana (やはり, not 矢張り); its
                         # kanji spelling still finds it.
                         penalty = 0 if key == (reading if usually_kana and reading else word) else 1
-                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked,
-                                             reading or word))
+                        table.add(key, Sense(s.pos, list(s.cands), s.domain or marked_here, s.order + penalty * 3,
+                                             marked_here, reading or word))
             if common:
                 table.common.add(word)
                 if reading and not re.search(r"[\u4e00-\u9fff]", word):

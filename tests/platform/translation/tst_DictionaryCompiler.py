@@ -30,6 +30,7 @@ class Readers(unittest.TestCase):
             "house\n   1. _n. [haus]\n      1) дом; жилище; здание\n      2) _разг. театр; to keep house вести хозяйство\n"
             "   2. _v. [hauz]\n      1) предоставлять жилище; обеспечивать жильём\n",
             "went\n   [went] _p. от go 1\n",
+            "beer\n   _I  [bɪɜ] _n. пиво; small beer\n      а) слабое пиво;\n   _II [bɪɜ] _n. _текст. ход (основы)\n",
         ])
         table = tc.Table("mueller7")
         tc.read_mueller(table)
@@ -41,6 +42,8 @@ class Readers(unittest.TestCase):
         verb = [s for s in senses if s.pos == "v"][0]
         self.assertLessEqual(verb.order, 1)  # the verb starts again near the top
         self.assertEqual(table.redirects["went"], "go")
+        # Numbered homonyms are words of their own, the first one first.
+        self.assertEqual([(s.cands, s.order) for s in table.senses["beer"]], [(["пиво"], 0), (["ход"], 1)])
 
     def test_freedict_headwords_tags_and_notes(self):
         tc.dictd_entries = fake_dictd([
@@ -350,7 +353,9 @@ class SourceConventions(unittest.TestCase):
         with tempfile.TemporaryDirectory() as tmp:
             path = os.path.join(tmp, "edict")
             with open(path, "w", encoding="euc_jp") as f:
-                f.write("矢張り [やはり] /(adv) (uk) also/as well/(P)/\n本 [ほん] /(n) book/(P)/\n")
+                f.write("矢張り [やはり] /(adv) (1) (uk) also/as well/(P)/\n本 [ほん] /(n) book/(P)/\n"
+                        "見る [みる] /(v1,vt) (1) to see/(aux-v,v1) (2) (uk) to try/(P)/\n"
+                        "為る [する] /(oK) (vs-i) (1) (uk) to do/(vs-i) (2) (uk) to make/(P)/\n")
             saved, tc.EDICT = tc.EDICT, path
             try:
                 table = tc.Table("edict")
@@ -359,6 +364,10 @@ class SourceConventions(unittest.TestCase):
                 tc.EDICT = saved
         self.assertLess(table.senses["やはり"][0].order, table.senses["矢張り"][0].order)
         self.assertLess(table.senses["本"][0].order, table.senses["ほん"][0].order)
+        self.assertLess(table.senses["見る"][0].order, table.senses["みる"][0].order)  # kana in one use only
+        # An out-dated kanji spelling labels the spelling, not the first sense of the word.
+        self.assertEqual([(s.cands, s.marked) for s in table.senses["する"]], [(["do"], False), (["make"], False)])
+        self.assertTrue(table.senses["為る"][0].marked)
         d = tc.Direction("en", "ja")
         d.reverse = [table]
         entries, _ = tc.rank_direction(d)
