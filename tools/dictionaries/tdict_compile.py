@@ -228,16 +228,16 @@ def read_mueller(table):
         if redirect and len(text) < 80:
             table.redirects[head] = redirect.group(1).strip()
             continue
-        # Homonyms ("_I [bɪɜ] _n. пиво", "_II … ход") are words of their own, the first usually
-        # the everyday one; each is split into parts of speech: "1. _n." "2. _v."; a single part
-        # has no number.
+        # Homonyms ("_I [bɪɜ] _n. пиво", "_II … ход") are words of their own, in no order of use
+        # ("train" the verb comes before "train" the noun, поезд); each is split into parts of
+        # speech: "1. _n." "2. _v."; a single part has no number.
         homonyms = [h for h in re.split(r"(?:^|\s)_(?:I|II|III|IV|V|VI|VII|VIII)\s+", text) if h.strip()]
-        parts = [(number, part) for number, homonym in enumerate(homonyms)
-                 for part in re.split(r"(?:^|\s)\d+\.\s+(?=_)", homonym)]
-        for part_index, (homonym, part) in enumerate(parts):
+        parts = [(index, part) for homonym in homonyms
+                 for index, part in enumerate(re.split(r"(?:^|\s)\d+\.\s+(?=_)", homonym))]
+        for part_index, part in parts:
             # Each part of speech starts with its own main sense: "love" the verb is "любить"
             # however many senses the noun has before it.
-            order = part_index // 2 + homonym
+            order = part_index // 2
             pm = re.match(r"\s*(?:\[[^\]]*\]\s*)?_([a-z\-]+)\.", part)
             pos = MUELLER_POS.get(pm.group(1), "") if pm else ""
             senses = re.split(r"\s\d+\)\s*|^\d+\)\s*|(?<=\S)\d+\)", part)

@@ -42,8 +42,9 @@ class Readers(unittest.TestCase):
         verb = [s for s in senses if s.pos == "v"][0]
         self.assertLessEqual(verb.order, 1)  # the verb starts again near the top
         self.assertEqual(table.redirects["went"], "go")
-        # Numbered homonyms are words of their own, the first one first.
-        self.assertEqual([(s.cands, s.order) for s in table.senses["beer"]], [(["пиво"], 0), (["ход"], 1)])
+        # Numbered homonyms are words of their own, each with its main sense.
+        self.assertEqual([(s.cands, s.order, s.domain) for s in table.senses["beer"]],
+                         [(["пиво"], 0, False), (["ход"], 0, True)])
 
     def test_freedict_headwords_tags_and_notes(self):
         tc.dictd_entries = fake_dictd([
