@@ -83,7 +83,7 @@ LATIN = re.compile(r"[A-Za-z]")
 PARENS = re.compile(r"\([^()]*\)|\[[^\[\]]*\]|\{[^{}]*\}|<[^<>]*>")
 # Specialist fields and registers that make a sense a poor first gloss. Plain classifications
 # such as [zool.] or [bot.] are not among them: "dog" is a zoological word and an everyday one.
-DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|naut|mil|hist|electr|constr|min|"
+DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|mil|hist|electr|constr|min|"
                         r"ling|astron|fin|pol|print|rail|aviat|agr|textil|philos|psych|mach|telco|statist|"
                         r"archaic|obs|slang|vulg|dated|rare|poet|Schw|Ös|Süddt|Norddt|BE|AE|sport|mus|relig|"
                         r"geogr|electronics|photo|insur|adm|envir|biochem|pharm|engin|mineral|astrol|lit)[^\]]*\]")
