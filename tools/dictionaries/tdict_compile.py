@@ -1095,7 +1095,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         if len(words) == 1:
             for lemma, _ in english_lemmas.get(gloss, ())[:1]:
                 if lemma != gloss and " " not in lemma:
-                    yield lemma, 1.0
+                    yield lemma, 2.0
         elif len(words) == 2:
             first, head = words
             if first in ("be", "become", "get", "feel") and pos != "n":
@@ -1154,21 +1154,24 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
     # Apertium's bilingual dictionaries put the usual translation first, and they were written
     # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
     # FreeDict gives only backwards, over its own "relish").
-    for cands in cands_by_key.values():
-        for entry in cands.values():
-            families = entry[7]
-            if "apertium" in families and "dictionary" in families:
-                entry[0] += max(0.0, AGREEMENT - 0.4 * families["apertium"])
+    # It orders the words of an entry only: an entry's confidence, which decides whether an
+    # inflected form goes to its lemma, stays as the dictionaries say (Apertium knows lemmas
+    # only, so "filha" would otherwise lose to "filho").
+    def agreement(entry):
+        families = entry[7]
+        if "apertium" in families and "dictionary" in families:
+            return max(0.0, AGREEMENT - 0.4 * families["apertium"])
+        return 0.0
 
     result = {}
     confidence = {}
     for key, cands in cands_by_key.items():
-        ranked = sorted(cands.values(), key=lambda e: (e[5], -e[0]))[:8]
+        ranked = sorted(cands.values(), key=lambda e: (e[5], -(e[0] + agreement(e))))[:8]
         if key in EXPLAIN:
             for e in ranked:
-                print(f"[explain] {direction.source}-{direction.target} {key}: {e[2]} {e[0]:.2f} {e[1] or '-'}"
+                print(f"[explain] {direction.source}-{direction.target} {key}: {e[2]} {e[0] + agreement(e):.2f} {e[1] or '-'}"
                       f"{' marked' if e[5] else ''}{'' if e[6] else ' pivot'}", file=sys.stderr)
-        confidence[key] = ranked[0][0]
+        confidence[key] = max(e[0] for e in ranked if e[5] == ranked[0][5])
         lines = []
         best_sense = ranked[0][3]
         if best_sense is not None:

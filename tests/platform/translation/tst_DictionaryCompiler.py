@@ -386,8 +386,15 @@ class SourceConventions(unittest.TestCase):
         d = tc.Direction("pt", "en")
         d.direct, d.reverse = [freedict, pivot], [backwards]
         d.zipf = tc.Frequencies("dasher", {"eat": 4.0, "relish": 4.0}, 2.0)
-        entries, _ = tc.rank_direction(d)
+        entries, confidence = tc.rank_direction(d)
         self.assertEqual(entries["comer"][0], "v\teat|relish")
+        # The agreement orders the words only: Apertium knows lemmas, not forms such as "filha",
+        # and an entry's confidence decides whether a form goes to its lemma.
+        saved, tc.AGREEMENT = tc.AGREEMENT, 0.0
+        try:
+            self.assertEqual(confidence["comer"], tc.rank_direction(d)[1]["comer"])
+        finally:
+            tc.AGREEMENT = saved
         # A word Apertium alone gives still never leads over a dictionary's.
         pivot.add("nome", tc.Sense("n", ["noun"], False, 1))
         freedict.add("nome", tc.Sense("n", ["name"], False, 0))
