@@ -976,6 +976,7 @@ ZIPF_WEIGHT = 0.8
 SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
 AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
+ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
 
 
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
@@ -1038,6 +1039,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             zipf -= 1.0
         # English counts come from short texts: they break ties rather than overrule the dictionaries.
         weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
+        if direction.target == "en" and not direction.direct:
+            # Read only backwards, every English headword that lists the word is a candidate
+            # (ale, beer; loch, lake): how common each is decides more.
+            weight = ZIPF_WEIGHT_ENGLISH_BACKWARDS
         return weight * (zipf - direction.zipf.center)
 
     def shape_penalty(cand):
