@@ -93,6 +93,17 @@ class Ranking(unittest.TestCase):
         self.assertEqual(first[:2], ["house", "home"])
         self.assertEqual(entries["здание"][0].split("\t")[1].split("|")[0], "building")
 
+    def test_read_only_backwards_the_common_english_word_wins(self):
+        source = tc.Table("mueller7")
+        source.add("ale", tc.Sense("n", ["пиво"], False, 0))
+        source.add("beer", tc.Sense("n", ["напиток"], False, 0))
+        source.add("beer", tc.Sense("n", ["пиво"], False, 1))
+        d = tc.Direction("ru", "en")
+        d.reverse = [source]
+        d.zipf = tc.Frequencies("dasher", {"beer": 4.5, "ale": 2.5}, 2.0)
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["пиво"][0], "n\tbeer|ale")
+
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
         table.keeps_senses = True
