@@ -203,7 +203,7 @@ int main(int argc, char** argv)
     if (!ownForward.isEmpty())
         scoreLists(engine, ownForward, ownBackward, own, nullptr, "own", nullptr, verbose);
 
-    QStringList directions = devA.keys() + own.keys();
+    QStringList directions = devA.keys() + tune.keys() + own.keys();
     directions.removeDuplicates();
     std::sort(directions.begin(), directions.end());
     for (const QString& direction : directions) {
