@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Acceptability of the first gloss, and of anything shown at all, per direction and word list.
 //   bench_translation_quality EN_TO_TARGET.tsv TARGET_TO_EN.tsv [--own EN_TO_TARGET.tsv TARGET_TO_EN.tsv]
-//                             [--wordlists DIR] [--verbose]
+//                             [--tune CONCEPTS.tsv]… [--wordlists DIR] [--verbose]
 // EN_TO_TARGET has a header "word<TAB>ru<TAB>fr…" and rows of accepted answers separated by '|';
 // TARGET_TO_EN has rows "language<TAB>word<TAB>accepted|answers". The first pair of lists is split
 // in two halves by alternate rows of each direction (devA, devB): ranking is tuned on devA, and
 // devB shows whether the tuning carries over. The own lists are never tuned on.
+// CONCEPTS lists (data/eval/concepts_*.tsv) give one concept a line: accepted English words, then
+// the accepted words of ru fr de it ja pt es zh ko; each is scored both ways as "tune". Into
+// English, a word first in the column of several concepts ("рука": hand, arm) accepts the English
+// words of all of them and is scored once.
 // "first" counts a word when one of the translations of its first gloss (what a card shows) is
 // accepted, "any" when any translation of any sense is.
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
@@ -109,6 +113,42 @@ void scoreLists(DictionaryTranslationEngine& engine, const QString& forwardPath,
     }
 }
 
+void scoreConcepts(DictionaryTranslationEngine& engine, const QStringList& paths, Tallies& tallies, bool verbose)
+{
+    static const QStringList languages = {QStringLiteral("ru"), QStringLiteral("fr"), QStringLiteral("de"),
+                                          QStringLiteral("it"), QStringLiteral("ja"), QStringLiteral("pt"),
+                                          QStringLiteral("es"), QStringLiteral("zh"), QStringLiteral("ko")};
+    QList<QStringList> concepts;
+    for (const QString& path : paths) {
+        for (const QString& line : readLines(path)) {
+            QStringList columns = line.split(QLatin1Char('\t'));
+            if (columns.size() == languages.size() + 1 && !columns.first().trimmed().isEmpty())
+                concepts.append(columns);
+        }
+    }
+    // Into English: every concept a word heads adds its English words.
+    QMap<std::pair<QString, QString>, QStringList> english; // (language, word) -> accepted
+    QList<std::pair<QString, QString>> order;
+    for (const QStringList& row : concepts) {
+        const QStringList accepted = row.first().split(QLatin1Char('|'), Qt::SkipEmptyParts);
+        for (qsizetype c = 0; c < languages.size(); ++c) {
+            const QStringList answers = row.at(c + 1).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+            if (answers.isEmpty())
+                continue;
+            const QString query = answers.first().trimmed();
+            score(engine, tallies[QStringLiteral("en-") + languages.at(c)], accepted.first().trimmed(),
+                  QStringLiteral("en"), languages.at(c), answers, "tune", verbose);
+            const std::pair key{languages.at(c), query};
+            if (!english.contains(key))
+                order.append(key);
+            english[key] += accepted;
+        }
+    }
+    for (const auto& key : order)
+        score(engine, tallies[key.first + QStringLiteral("-en")], key.second, key.first, QStringLiteral("en"),
+              english.value(key), "tune", verbose);
+}
+
 void printSummary(const char* set, const Tallies& tallies)
 {
     if (tallies.isEmpty())
@@ -136,6 +176,12 @@ int main(int argc, char** argv)
         ownBackward = args.at(i + 2);
         args.remove(i, 3);
     }
+    QStringList tuneLists;
+    for (qsizetype i = args.indexOf(QStringLiteral("--tune")); i >= 0 && i + 1 < args.size();
+         i = args.indexOf(QStringLiteral("--tune"))) {
+        tuneLists.append(args.at(i + 1));
+        args.remove(i, 2);
+    }
     if (const qsizetype i = args.indexOf(QStringLiteral("--wordlists")); i >= 0 && i + 1 < args.size()) {
         wordlists = args.at(i + 1);
         args.remove(i, 2);
@@ -145,22 +191,25 @@ int main(int argc, char** argv)
     if (args.size() != 2) {
         std::fprintf(stderr,
                      "usage: %s EN_TO_TARGET.tsv TARGET_TO_EN.tsv [--own EN_TO_TARGET.tsv TARGET_TO_EN.tsv] "
-                     "[--wordlists DIR] [--verbose]\n",
+                     "[--tune CONCEPTS.tsv]… [--wordlists DIR] [--verbose]\n",
                      argv[0]);
         return 2;
     }
     DictionaryTranslationEngine engine;
-    Tallies devA, devB, own;
+    Tallies devA, devB, tune, own;
     scoreLists(engine, args.at(0), args.at(1), devA, &devB, "devA", "devB", verbose);
+    if (!tuneLists.isEmpty())
+        scoreConcepts(engine, tuneLists, tune, verbose);
     if (!ownForward.isEmpty())
         scoreLists(engine, ownForward, ownBackward, own, nullptr, "own", nullptr, verbose);
 
-    QStringList directions = devA.keys() + own.keys();
+    QStringList directions = devA.keys() + tune.keys() + own.keys();
     directions.removeDuplicates();
     std::sort(directions.begin(), directions.end());
     for (const QString& direction : directions) {
         std::printf("%-6s", qPrintable(direction));
-        for (const auto& [name, tallies] : {std::pair{"devA", &devA}, {"devB", &devB}, {"own", &own}}) {
+        for (const auto& [name, tallies] :
+             {std::pair{"devA", &devA}, {"devB", &devB}, {"tune", &tune}, {"own", &own}}) {
             if (!tallies->contains(direction))
                 continue;
             const Tally& t = tallies->value(direction);
@@ -170,6 +219,7 @@ int main(int argc, char** argv)
     }
     printSummary("devA", devA);
     printSummary("devB", devB);
+    printSummary("tune", tune);
     printSummary("own", own);
 
     if (!wordlists.isEmpty()) {

@@ -3,7 +3,7 @@
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
 Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE[,FILE]]... [--german FILE] [--only en-ru,ru-en]
-                        [--no-frequencies]
+                        [--no-frequencies] [--explain word,word]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
 reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
@@ -83,7 +83,7 @@ LATIN = re.compile(r"[A-Za-z]")
 PARENS = re.compile(r"\([^()]*\)|\[[^\[\]]*\]|\{[^{}]*\}|<[^<>]*>")
 # Specialist fields and registers that make a sense a poor first gloss. Plain classifications
 # such as [zool.] or [bot.] are not among them: "dog" is a zoological word and an everyday one.
-DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|naut|mil|hist|electr|constr|min|"
+DOMAIN_TAG = re.compile(r"\[(?:med|chem|geol|tech|techn|econ|jur|comp|phys|math|mil|hist|electr|constr|min|"
                         r"ling|astron|fin|pol|print|rail|aviat|agr|textil|philos|psych|mach|telco|statist|"
                         r"archaic|obs|slang|vulg|dated|rare|poet|Schw|Ös|Süddt|Norddt|BE|AE|sport|mus|relig|"
                         r"geogr|electronics|photo|insur|adm|envir|biochem|pharm|engin|mineral|astrol|lit)[^\]]*\]")
@@ -228,9 +228,13 @@ def read_mueller(table):
         if redirect and len(text) < 80:
             table.redirects[head] = redirect.group(1).strip()
             continue
-        # Split into parts of speech: "1. _n." "2. _v."; a single part has no number.
-        parts = re.split(r"(?:^|\s)\d+\.\s+(?=_)", text)
-        for part_index, part in enumerate(parts):
+        # Homonyms ("_I [bɪɜ] _n. пиво", "_II … ход") are words of their own, in no order of use
+        # ("train" the verb comes before "train" the noun, поезд); each is split into parts of
+        # speech: "1. _n." "2. _v."; a single part has no number.
+        homonyms = [h for h in re.split(r"(?:^|\s)_(?:I|II|III|IV|V|VI|VII|VIII)\s+", text) if h.strip()]
+        parts = [(index, part) for homonym in homonyms
+                 for index, part in enumerate(re.split(r"(?:^|\s)\d+\.\s+(?=_)", homonym))]
+        for part_index, part in parts:
             # Each part of speech starts with its own main sense: "love" the verb is "любить"
             # however many senses the noun has before it.
             order = part_index // 2
@@ -288,6 +292,9 @@ EDICT_MARKED = {"arch", "obsc", "obs", "rare", "ok", "oK", "ik", "iK", "io", "X"
                 "derog", "poet", "ksb", "ktb", "kyb", "osb", "hob", "thb", "tsb", "tsug", "rkb", "nab", "dated"}
 
 
+EDICT_SPELLING = {"oK", "ok", "iK", "ik", "io", "ateji", "gikun"}
+
+
 EDICT_AFFIX = {"ctr", "suf", "pref", "n-suf", "n-pref"}
 
 
@@ -314,7 +321,8 @@ def read_edict(table):
             pos, rare, marked, order = "", False, False, 0
             senses = []
             current = None
-            for field in fields:
+            spelling_marked = False
+            for index, field in enumerate(fields):
                 if field == "(P)" or field.startswith("EntL"):
                     continue
                 tags = []
@@ -328,6 +336,11 @@ def read_edict(table):
                     else:
                         tags.extend(t.strip() for t in inner.split(","))
                     field = field[tm.end():]
+                if index == 0:
+                    # Labels of the spelling itself open the entry ("為る (oK)": an out-dated kanji
+                    # spelling of する); they are no labels of its first sense.
+                    spelling_marked = any(t in EDICT_SPELLING for t in tags)
+                    tags = [t for t in tags if t not in EDICT_SPELLING]
                 if tags and edict_pos(tags):
                     pos = edict_pos(tags)
                     current = None
@@ -347,7 +360,9 @@ def read_edict(table):
             if not common:
                 for s in senses:
                     s.order += 2
-            usually_kana = "(uk)" in rest
+            # Usually kana when the first sense says so; a later sense's label ("to try" of 見る)
+            # says it of that use only.
+            usually_kana = "(uk)" in re.match(r"^(?:\s*\([^()]*\))*", fields[0]).group(0)
             # Spellings of one word are lines of their own with the same reading and glosses
             # (分かる, 解る, 判る): remember them together, to prefer the usual one.
             group = table.spellings.setdefault((reading or word, re.sub(r"/\(P\)", "", rest)), [])
@@ -359,9 +374,12 @@ def read_edict(table):
             for key in (word, reading):
                 if key:
                     for s in senses:
-                        penalty = 0 if key == word or usually_kana else 1
-                        table.add(key, Sense(s.pos, list(s.cands), s.domain, s.order + penalty * 3, s.marked,
-                                             reading or word))
+                        marked_here = s.marked or (spelling_marked and key == word and reading is not None)
+                        # A word usually written in kana is shown in kana (やはり, not 矢張り); its
+                        # kanji spelling still finds it.
+                        penalty = 0 if key == (reading if usually_kana and reading else word) else 1
+                        table.add(key, Sense(s.pos, list(s.cands), s.domain or marked_here, s.order + penalty * 3,
+                                             marked_here, reading or word))
             if common:
                 table.common.add(word)
                 if reading and not re.search(r"[\u4e00-\u9fff]", word):
@@ -378,29 +396,45 @@ def read_cedict(path, table):
     if not path or not os.path.exists(path):
         return
     with open(path, encoding="utf-8", errors="replace") as f:
-        for line in f:
-            m = re.match(r"^(?:module\.exports = `)?(\S+) (\S+) \[([^\]]*)\] /(.*)/", line)
-            if not m:
+        entries = [m.groups() for m in (re.match(r"^(?:module\.exports = `)?(\S+) (\S+) \[([^\]]*)\] /(.*)/", line)
+                                        for line in f) if m]
+    # A second reading with a fraction of the main one's senses is the rarer word (便宜 biànyí
+    # "convenient" beside piányi "cheap").
+    fields = defaultdict(int)
+    for _, simp, pinyin, rest in entries:
+        if not pinyin[:1].isupper():
+            fields[simp] = max(fields[simp], rest.count("/") + 1)
+    for trad, simp, pinyin, rest in entries:
+        proper = pinyin[:1].isupper()
+        order = 3 if proper else (1 if 2 * (rest.count("/") + 1) <= fields[simp] else 0)
+        run = None  # the sense a run of one-word fields joins ("hog/pig/swine")
+        for field in rest.split("/"):
+            low = field.lower()
+            if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
+                               "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
                 continue
-            trad, simp, pinyin, rest = m.groups()
-            proper = pinyin[:1].isupper()
-            order = 3 if proper else 0
-            for field in rest.split("/"):
-                low = field.lower()
-                if low.startswith(("variant of", "old variant", "see ", "surname ", "cl:", "abbr. for", "used in",
-                                   "japanese variant", "taiwan pr.", "also pr.", "(old)", "archaic variant")):
-                    continue
-                marked = field.startswith(CEDICT_MARKED)
-                # A verb narrowed to one object ("to play (a role)") is a special use of the word,
-                # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
-                qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
-                domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
-                pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
-                cands = [clean(c, True) for c in field.split(";")]
-                cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
-                if cands:
-                    table.add(simp, Sense(pos, cands, domain, order, marked))
-                    order += 1
+            # Labels come before a gloss or after it ("smile (archaic)").
+            marked = any(label in field for label in CEDICT_MARKED)
+            # A verb narrowed to one object ("to play (a role)") is a special use of the word,
+            # not its everyday meaning; a note on a noun ("wood (material)") only explains it.
+            qualified = bool(re.search(r"\bto \w+\s*\((?!e\.g\.)", field))
+            domain = proper or marked or qualified or field.startswith(CEDICT_SPECIAL)
+            pos = "v" if re.sub(r"^\([^)]*\)\s*", "", low).startswith("to ") else ""
+            cands = [clean(c, True) for c in field.split(";")]
+            cands = [c for c in cands if c and len(c) < 50 and not re.search(r"[\u4e00-\u9fff]", c)]
+            if not cands:
+                continue
+            # CC-CEDICT puts near-synonyms in fields of their own ("coin/money", "ocean/sea");
+            # where it groups a sense it joins its words with ";". A run of plain one- or two-word
+            # fields of one kind is one sense, so the first gloss shows more than one of them.
+            plain = len(cands) == 1 and not domain and not field.startswith("(") and cands[0].count(" ") < 2
+            if plain and run is not None and run.pos == pos and len(run.cands) < 4:
+                run.cands.append(cands[0])
+                continue
+            sense = Sense(pos, cands, domain, order, marked)
+            table.add(simp, sense)
+            run = sense if plain else None
+            order += 1
 
 
 def read_korean(path, table_ko_en, table_en_ko, common=True):
@@ -442,7 +476,10 @@ APERTIUM_POS = {"n": "n", "vblex": "v", "vbser": "v", "vbhaver": "v", "vbmod": "
                 "det": "det", "num": "num", "np": "", "ij": "intj", "preadv": "adv"}
 
 
-TAGGED_LEMMAS = {}  # language -> {(lemma, Apertium tag)}, filled by analyser_forms
+# language -> {(lemma, Apertium tag): the tags of its citation form}, filled by analyser_forms. A
+# bilingual dictionary matches an entry only when it is given at least the entry's own tags
+# ("braccio<n><m><sg>", never "braccio<n>").
+TAGGED_LEMMAS = {}
 AUXILIARY_FORMS = {}  # language -> {form: lemma} for forms of "be", "have" and the modal verbs
 AUXILIARY_TAGS = {"vbser", "vbhaver", "vbmod", "vaux"}
 
@@ -461,14 +498,15 @@ PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca")}
 
 
 def bidix_translations(source, target, tagged_lemmas):
-    """{(lemma, tag)} -> {lemma: [(translation, tag)]}, through one Apertium bilingual dictionary."""
+    """{(lemma, tag): tags} -> {lemma: [(translation, tag, tags)]}, through one Apertium bilingual
+    dictionary."""
     import subprocess
     path = os.path.join(APERTIUM, BIDIX.get((source, target), "-"))
     out = {}
     if (source, target) not in BIDIX or not os.path.exists(path) or not tagged_lemmas:
         return out
-    items = sorted(tagged_lemmas)
-    text = "\n".join(f"^{lemma}<{tag}>$" for lemma, tag in items) + "\n"
+    items = sorted(tagged_lemmas.items())
+    text = "\n".join(f"^{lemma}{tags}$" for (lemma, _), tags in items) + "\n"
     try:
         result = subprocess.run(["lt-proc", "-b", path], input=text, capture_output=True, text=True, timeout=600).stdout
     except (OSError, subprocess.SubprocessError):
@@ -481,11 +519,12 @@ def bidix_translations(source, target, tagged_lemmas):
         for alternative in rest.split("/"):
             if alternative.startswith("@") or "<" not in alternative:
                 continue
-            word = alternative.split("<")[0].replace("_", " ").replace("#", "").strip()
-            if word and word != lemma or word:
+            word, _, tags = alternative.partition("<")
+            word = word.replace("_", " ").replace("#", "").strip()
+            if word:
                 out.setdefault(lemma, [])
-                if (word, tag) not in out[lemma]:
-                    out[lemma].append((word, tag))
+                if not any(w == word and t == tag for w, t, _ in out[lemma]):
+                    out[lemma].append((word, tag, "<" + tags))
     return out
 
 
@@ -494,24 +533,24 @@ def bidix_table(source, target):
     table = Table("apertium", 0.9)
     if source not in TAGGED_LEMMAS:
         analyser_forms(source)
-    lemmas = TAGGED_LEMMAS.get(source, set())
+    lemmas = TAGGED_LEMMAS.get(source, {})
     if (source, target) in BIDIX:
         # A curated dictionary between the two languages themselves: strong evidence for the
         # first choice ("bed" → cama, not the madre of a river bed).
         table.bonus = 1.5
         chains = bidix_translations(source, target, lemmas)
         for lemma, words in chains.items():
-            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _ in words[:4]], False, 0))
+            table.add(lemma, Sense(APERTIUM_POS.get(words[0][1], ""), [w for w, _, _ in words[:4]], False, 0))
         return table
     table.pivot = True
     for pivot in PIVOTS.get((source, target), ("es",)):
         first = bidix_translations(source, pivot, lemmas)
-        middle = {(w, t) for words in first.values() for w, t in words}
+        middle = {(w, t): tags for words in first.values() for w, t, tags in words}
         second = bidix_translations(pivot, target, middle)
         for lemma, words in first.items():
             cands = []
-            for w, _ in words[:2]:
-                for final, _ in second.get(w, [])[:2]:
+            for w, _, _ in words[:2]:
+                for final, _, _ in second.get(w, [])[:2]:
                     if final not in cands:
                         cands.append(final)
             if cands:
@@ -525,7 +564,7 @@ def analyser_forms(code):
     path = os.path.join(APERTIUM, ANALYSERS.get(code, "-"))
     forms = defaultdict(list)
     lemmas = set()
-    tagged_lemmas = TAGGED_LEMMAS.setdefault(code, set())
+    tagged_lemmas = {}
     if code not in ANALYSERS or not os.path.exists(path):
         return forms, lemmas
     try:
@@ -543,14 +582,20 @@ def analyser_forms(code):
         raw_tag = tags.split(">")[0]
         if raw_tag in AUXILIARY_TAGS and form != lemma:
             AUXILIARY_FORMS.setdefault(code, {}).setdefault(form, lemma)
-        if raw_tag in APERTIUM_POS and raw_tag != "np":
-            tagged_lemmas.add((lemma, raw_tag))
+        if raw_tag in APERTIUM_POS and raw_tag != "np" and "+" not in tags and "#" not in analysis:
+            # The citation form's tags: the singular, the infinitive, the shortest otherwise.
+            full = "<" + tags
+            known = tagged_lemmas.get((lemma, raw_tag))
+            citation = form == lemma and ("<sg>" in full or "<inf>" in full or "<sp>" in full)
+            if known is None or (citation and (not known[1] or len(full) < len(known[0]))):
+                tagged_lemmas[(lemma, raw_tag)] = (full, citation)
         pos = APERTIUM_POS.get(tags.split(">")[0], "")
         # Forms with clitics attached ("dá-lo-ei") would multiply the file for little gain.
         if "-" in form or " " in form or "_" in form or len(form) > len(lemma) + 5:
             continue
         if lemma and form != lemma and "#" not in lemma and (lemma, pos) not in forms[form]:
             forms[form].append((lemma, pos))
+    TAGGED_LEMMAS[code] = {key: tags for key, (tags, _) in tagged_lemmas.items()}
     return forms, lemmas
 
 
@@ -737,6 +782,25 @@ def jieba_frequencies(path=None):
     return frequencies
 
 
+# jieba's tag of a word's usual use, as the classes of our senses ("重" is an adjective: heavy,
+# before "to repeat").
+JIEBA_CLASSES = {"n": {"n"}, "v": {"v"}, "vn": {"v", "n"}, "vd": {"v"}, "a": {"adj"}, "an": {"adj", "n"},
+                 "ad": {"adj", "adv"}, "d": {"adv"}, "nz": {"n"}}
+
+
+def jieba_classes(path=None):
+    classes = {}
+    try:
+        with open(path or JIEBA, encoding="utf-8") as f:
+            for line in f:
+                parts = line.split()
+                if len(parts) >= 3 and parts[2] in JIEBA_CLASSES:
+                    classes[parts[0]] = JIEBA_CLASSES[parts[2]]
+    except (OSError, UnicodeError):
+        return None
+    return classes
+
+
 def ipadic_frequencies(directory=None):
     """MeCab's cost is about -log(p) scaled: lower is commoner. The lowest cost of each spelling,
     mapped onto the Zipf scale (分かる 5559 → 3.9, 解る 7159 → 2.3)."""
@@ -907,10 +971,17 @@ class Direction:
         self.zipf = None     # Frequencies of the target language, when its source is installed
         self.common = set()  # target words marked common
         self.sources = set()
+        self.source_classes = None  # source word -> its usual word classes, where a source says
 
 
 ZIPF_WEIGHT = 0.8
+SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
+AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
+ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
+
+
+EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
 
 
 def rank_direction(direction, english_pos=None, english_lemmas=None):
@@ -918,10 +989,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
 
-    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False):
+    def offer(key, cand, pos, score, sense=None, marked=False, pivot=False, family=None, rank=0.0):
         entry = cands_by_key[key].get(cand.lower())
         if entry is None:
-            cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot]
+            entry = cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot, {}]
         else:
             entry[5] = entry[5] and marked  # one plain use of the word clears a label elsewhere
             entry[6] = entry[6] or not pivot
@@ -934,6 +1005,8 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             entry[0] = entry[4] + 0.5
             if not entry[1]:
                 entry[1] = pos
+        if family:
+            entry[7][family] = min(entry[7].get(family, rank), rank)
 
     # A translation back through a third language is weaker evidence: it counts as if it came
     # a few places further down.
@@ -968,6 +1041,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             zipf -= 1.0
         # English counts come from short texts: they break ties rather than overrule the dictionaries.
         weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
+        if direction.target == "en" and not direction.direct:
+            # Read only backwards, every English headword that lists the word is a candidate
+            # (ale, beer; loch, lake): how common each is decides more.
+            weight = ZIPF_WEIGHT_ENGLISH_BACKWARDS
         return weight * (zipf - direction.zipf.center)
 
     def shape_penalty(cand):
@@ -997,6 +1074,22 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             return 0.0
         return 2.0 * (counts.get(pos, 0) / total - 0.5)
 
+    def usual_class(key, pos, cand):
+        """Bonus for a gloss of the class the source word usually has, where the source language
+        has such data (jieba for Chinese); an English gloss without a class of its own takes the
+        one WordNet mostly gives it."""
+        if direction.source_classes is None or english_pos is None:
+            return 0.0
+        classes = direction.source_classes.get(key)
+        if not classes:
+            return 0.0
+        if not pos and " " not in cand:
+            counts = english_pos.get(cand.lower())
+            total = sum(counts.values()) if counts else 0
+            if total >= 3:
+                pos = max(counts, key=counts.get)
+        return SOURCE_CLASS_BONUS if pos in classes else 0.0
+
     def english_keys(gloss, pos):
         """The English words a gloss answers: itself, and when the glosses are English and the
         dictionary is read backwards, its lemma ("brothers" → brother), its head noun after a
@@ -1009,7 +1102,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         if len(words) == 1:
             for lemma, _ in english_lemmas.get(gloss, ())[:1]:
                 if lemma != gloss and " " not in lemma:
-                    yield lemma, 1.0
+                    yield lemma, 2.0
         elif len(words) == 2:
             first, head = words
             if first in ("be", "become", "get", "feel") and pos != "n":
@@ -1031,7 +1124,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     pos = s.pos or guess_pos(cand, direction.target)
                     score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
                     score += table.bonus
-                    score += usual_use(key, pos)
+                    score += usual_use(key, pos) + usual_class(key, pos, cand)
                     back = back_translates(key, cand)
                     if back is not None:
                         score += 3.0 - min(back, 6) * 0.4
@@ -1039,7 +1132,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     if cand.lower() in direction.common:
                         score += 1.0
                     offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
-                          table.pivot)
+                          table.pivot, "apertium" if table.source == "apertium" else "dictionary", j)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -1062,13 +1155,30 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
                         score += usual_use(key, pos)
-                        offer(key, original, pos, score, None, s.marked, table.pivot)
+                        offer(key, original, pos, score, None, s.marked, table.pivot,
+                              "apertium" if table.source == "apertium" else "dictionary", j)
+
+    # Apertium's bilingual dictionaries put the usual translation first, and they were written
+    # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
+    # FreeDict gives only backwards, over its own "relish").
+    # It orders the words of an entry only: an entry's confidence, which decides whether an
+    # inflected form goes to its lemma, stays as the dictionaries say (Apertium knows lemmas
+    # only, so "filha" would otherwise lose to "filho").
+    def agreement(entry):
+        families = entry[7]
+        if "apertium" in families and "dictionary" in families:
+            return max(0.0, AGREEMENT - 0.4 * families["apertium"])
+        return 0.0
 
     result = {}
     confidence = {}
     for key, cands in cands_by_key.items():
-        ranked = sorted(cands.values(), key=lambda e: (e[5], -e[0]))[:8]
-        confidence[key] = ranked[0][0]
+        ranked = sorted(cands.values(), key=lambda e: (e[5], -(e[0] + agreement(e))))[:8]
+        if key in EXPLAIN:
+            for e in ranked:
+                print(f"[explain] {direction.source}-{direction.target} {key}: {e[2]} {e[0] + agreement(e):.2f} {e[1] or '-'}"
+                      f"{' marked' if e[5] else ''}{'' if e[6] else ' pivot'}", file=sys.stderr)
+        confidence[key] = max(e[0] for e in ranked if e[5] == ranked[0][5])
         lines = []
         best_sense = ranked[0][3]
         if best_sense is not None:
@@ -1079,7 +1189,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         # way of a third language may lead when nothing better is there, but never stands beside
         # a better one in the first gloss ("manhã, amanhã"): it goes to the end.
         groups, order = {}, []
-        for index, (score, pos, cand, _, _, _, solid) in enumerate(ranked):
+        for index, (score, pos, cand, _, _, _, solid, _) in enumerate(ranked):
             group = (pos, solid or index == 0)
             if group not in groups:
                 groups[group] = []
@@ -1143,6 +1253,8 @@ def main(argv):
             german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
             only = set(argv[i + 1].split(",")); i += 2
+        elif argv[i] == "--explain":
+            EXPLAIN.update(argv[i + 1].split(",")); i += 2
         elif argv[i] == "--no-frequencies":
             use_frequencies = False; i += 1
         else:
@@ -1232,6 +1344,7 @@ def main(argv):
                 for k in range(len(head) - n + 1):
                     productivity[head[k:k + n]] += 1
         d = Direction("zh", "en"); d.direct = [ce]; d.freq = english; d.sources = {"cedict"}
+        d.source_classes = jieba_classes() if use_frequencies else None
         jobs.append(d)
         d = Direction("en", "zh"); d.reverse = [ce]; d.freq = productivity; d.sources = {"cedict"}
         jobs.append(d)

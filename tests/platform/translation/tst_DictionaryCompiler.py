@@ -31,6 +31,7 @@ class Readers(unittest.TestCase):
             "house\n   1. _n. [haus]\n      1) дом; жилище; здание\n      2) _разг. театр; to keep house вести хозяйство\n"
             "   2. _v. [hauz]\n      1) предоставлять жилище; обеспечивать жильём\n",
             "went\n   [went] _p. от go 1\n",
+            "beer\n   _I  [bɪɜ] _n. пиво; small beer\n      а) слабое пиво;\n   _II [bɪɜ] _n. _текст. ход (основы)\n",
         ])
         table = tc.Table("mueller7")
         tc.read_mueller(table)
@@ -42,6 +43,9 @@ class Readers(unittest.TestCase):
         verb = [s for s in senses if s.pos == "v"][0]
         self.assertLessEqual(verb.order, 1)  # the verb starts again near the top
         self.assertEqual(table.redirects["went"], "go")
+        # Numbered homonyms are words of their own, each with its main sense.
+        self.assertEqual([(s.cands, s.order, s.domain) for s in table.senses["beer"]],
+                         [(["пиво"], 0, False), (["ход"], 0, True)])
 
     def test_freedict_headwords_tags_and_notes(self):
         tc.dictd_entries = fake_dictd([
@@ -89,6 +93,17 @@ class Ranking(unittest.TestCase):
         first = entries["дом"][0].split("\t")[1].split("|")
         self.assertEqual(first[:2], ["house", "home"])
         self.assertEqual(entries["здание"][0].split("\t")[1].split("|")[0], "building")
+
+    def test_read_only_backwards_the_common_english_word_wins(self):
+        source = tc.Table("mueller7")
+        source.add("ale", tc.Sense("n", ["пиво"], False, 0))
+        source.add("beer", tc.Sense("n", ["напиток"], False, 0))
+        source.add("beer", tc.Sense("n", ["пиво"], False, 1))
+        d = tc.Direction("ru", "en")
+        d.reverse = [source]
+        d.zipf = tc.Frequencies("dasher", {"beer": 4.5, "ale": 2.5}, 2.0)
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["пиво"][0], "n\tbeer|ale")
 
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
@@ -317,6 +332,108 @@ class FileFormat(unittest.TestCase):
                 self.assertEqual(ko_en["저녁식사"], "n\tdinner")
                 self.assertEqual(ko_en["눈"].split("\n"), ["n\teye", "n\tsnow"])  # the core's sense first
                 self.assertTrue(en_ko["dinner"].startswith("n\t저녁|"), en_ko["dinner"])
+
+
+class SourceConventions(unittest.TestCase):
+    """How each source marks senses, spellings and readings, read into the ranking."""
+
+    def cedict(self, text):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "cedict.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write(text)
+            table = tc.Table("cedict")
+            tc.read_cedict(path, table)
+            return table
+
+    def test_cedict_labels_after_a_gloss_runs_of_synonyms_and_minor_readings(self):
+        table = self.cedict("听 听 [yin3] /smile (archaic)/\n"
+                            "钱 钱 [qian2] /coin/money/CL:笔[bi3]/unit of weight/\n"
+                            "赢 赢 [ying2] /to beat/to win/to profit/\n"
+                            "生气 生气 [sheng1 qi4] /to get angry; to be furious/vitality; liveliness/\n"
+                            "便宜 便宜 [bian4 yi2] /convenient/\n"
+                            "便宜 便宜 [pian2 yi5] /cheap; inexpensive/a petty advantage/to let sb off lightly/\n")
+        self.assertTrue(table.senses["听"][0].marked)
+        self.assertEqual([s.cands for s in table.senses["钱"]], [["coin", "money"], ["unit of weight"]])
+        self.assertEqual(table.senses["赢"][0].cands, ["beat", "win", "profit"])
+        # Senses CC-CEDICT groups itself stay apart.
+        self.assertEqual([s.cands for s in table.senses["生气"]], [["get angry", "be furious"],
+                                                                   ["vitality", "liveliness"]])
+        orders = {s.cands[0]: s.order for s in table.senses["便宜"]}
+        self.assertGreater(orders["convenient"], orders["cheap"])
+
+    def test_the_usual_class_of_a_chinese_word_picks_its_gloss(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "dict.txt")
+            with open(path, "w", encoding="utf-8") as f:
+                f.write("重 15718 a\n听 45776 v\n的 50000 uj\n")
+            classes = tc.jieba_classes(path)
+        self.assertEqual(classes, {"重": {"adj"}, "听": {"v"}})
+        table = self.cedict("重 重 [chong2] /to repeat/repetition/again/\n重 重 [zhong4] /heavy/serious/\n")
+        table.keeps_senses = True
+        d = tc.Direction("zh", "en")
+        d.direct, d.source_classes = [table], classes
+        d.zipf = tc.Frequencies("dasher", {"repeat": 4.5, "heavy": 4.4}, 2.0)
+        english_pos = {"heavy": {"adj": 40, "n": 2}, "repeat": {"v": 30, "n": 5}}
+        entries, _ = tc.rank_direction(d, english_pos)
+        self.assertEqual(entries["重"][0].split("\t")[1].split("|")[0], "heavy")
+
+    def test_a_usually_kana_word_is_shown_in_kana(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            path = os.path.join(tmp, "edict")
+            with open(path, "w", encoding="euc_jp") as f:
+                f.write("矢張り [やはり] /(adv) (1) (uk) also/as well/(P)/\n本 [ほん] /(n) book/(P)/\n"
+                        "見る [みる] /(v1,vt) (1) to see/(aux-v,v1) (2) (uk) to try/(P)/\n"
+                        "為る [する] /(oK) (vs-i) (1) (uk) to do/(vs-i) (2) (uk) to make/(P)/\n")
+            saved, tc.EDICT = tc.EDICT, path
+            try:
+                table = tc.Table("edict")
+                tc.read_edict(table)
+            finally:
+                tc.EDICT = saved
+        self.assertLess(table.senses["やはり"][0].order, table.senses["矢張り"][0].order)
+        self.assertLess(table.senses["本"][0].order, table.senses["ほん"][0].order)
+        self.assertLess(table.senses["見る"][0].order, table.senses["みる"][0].order)  # kana in one use only
+        # An out-dated kanji spelling labels the spelling, not the first sense of the word.
+        self.assertEqual([(s.cands, s.marked) for s in table.senses["する"]], [(["do"], False), (["make"], False)])
+        self.assertTrue(table.senses["為る"][0].marked)
+        d = tc.Direction("en", "ja")
+        d.reverse = [table]
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["also"][0].split("\t")[1].split("|")[0], "やはり")
+
+    def test_a_word_apertium_also_gives_beats_the_dictionary_alone(self):
+        freedict = tc.Table("freedict", 0.3)
+        freedict.add("comer", tc.Sense("", ["relish", "eat"], False, 0))
+        backwards = tc.Table("freedict", 0.3)
+        backwards.add("eat", tc.Sense("v", ["comer"], False, 0))
+        backwards.add("relish", tc.Sense("v", ["comer"], False, 0))
+        pivot = tc.Table("apertium")
+        pivot.pivot = True
+        pivot.add("comer", tc.Sense("v", ["eat"], False, 1))
+        d = tc.Direction("pt", "en")
+        d.direct, d.reverse = [freedict, pivot], [backwards]
+        d.zipf = tc.Frequencies("dasher", {"eat": 4.0, "relish": 4.0}, 2.0)
+        entries, confidence = tc.rank_direction(d)
+        self.assertEqual(entries["comer"][0], "v\teat|relish")
+        # The agreement orders the words only: Apertium knows lemmas, not forms such as "filha",
+        # and an entry's confidence decides whether a form goes to its lemma.
+        saved, tc.AGREEMENT = tc.AGREEMENT, 0.0
+        try:
+            self.assertEqual(confidence["comer"], tc.rank_direction(d)[1]["comer"])
+        finally:
+            tc.AGREEMENT = saved
+        # A word Apertium alone gives still never leads over a dictionary's.
+        pivot.add("nome", tc.Sense("n", ["noun"], False, 1))
+        freedict.add("nome", tc.Sense("n", ["name"], False, 0))
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["nome"][0], "n\tname")
+
+    @unittest.skipUnless(os.path.exists(os.path.join(tc.APERTIUM, tc.BIDIX[("it", "es")])), "apertium-spa-ita missing")
+    def test_apertium_is_asked_with_the_full_tags_of_a_lemma(self):
+        found = tc.bidix_translations("it", "es", {("braccio", "n"): "<n><m><sg>", ("veloce", "adj"): "<adj><mf><sg>"})
+        self.assertEqual(found["braccio"][0][:2], ("brazo", "n"))
+        self.assertEqual(found["veloce"][0][:2], ("veloz", "adj"))
 
 
 if __name__ == "__main__":

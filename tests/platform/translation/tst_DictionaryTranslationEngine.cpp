@@ -220,7 +220,20 @@ private Q_SLOTS:
             {"뜨거운", "ko", "뜨겁다"},
             {"어려운", "ko", "어렵다"},
             {"빠른", "ko", "빠르다"},
-            {"아이들이", "ko", "아이"}};
+            {"아이들이", "ko", "아이"},
+            // Irregular stems: ㅂ, 르, ㅎ, ㄷ, ㅅ and a dropped ㄹ; the copula and honorific particles.
+            {"추워요", "ko", "춥다"},
+            {"추웠어요", "ko", "춥다"},
+            {"도와요", "ko", "돕다"},
+            {"몰라요", "ko", "모르다"},
+            {"불렀어요", "ko", "부르다"},
+            {"빨간", "ko", "빨갛다"},
+            {"그랬어요", "ko", "그렇다"},
+            {"걸어요", "ko", "걷다"},
+            {"지어요", "ko", "짓다"},
+            {"아는", "ko", "알다"},
+            {"학생이에요", "ko", "학생"},
+            {"선생님께", "ko", "선생님"}};
         for (const auto& [form, language, lemma] : cases) {
             QVERIFY2(Lemmatizer::guesses(QString::fromUtf8(form), QString::fromUtf8(language))
                          .contains(QString::fromUtf8(lemma)),

@@ -369,8 +369,10 @@ QStringList Lemmatizer::korean(const QString& w)
     QStringList out;
     // Particles after nouns, longest first.
     for (const char* particle :
-         {"에서는", "에게서", "으로는", "에서", "에게", "으로", "까지", "부터", "처럼", "보다", "하고", "은", "는",
-          "이",     "가",     "을",     "를",   "에",   "의",   "도",   "와",   "과",   "로",   "만",   "들"}) {
+         {"이었어요", "이에요", "입니다", "에서는", "에게서", "으로는", "한테서", "에서", "에게", "으로",
+          "까지",     "부터",   "처럼",   "보다",   "하고",   "한테",   "께서",   "이랑", "마다", "밖에",
+          "예요",     "이다",   "이야",   "은",     "는",     "이",     "가",     "을",   "를",   "에",
+          "의",       "도",     "와",     "과",     "로",     "만",     "들",     "께",   "랑"}) {
         const QString p = QString::fromUtf8(particle);
         if (w.size() > p.size() && w.endsWith(p)) {
             const QString noun = w.left(w.size() - p.size());
@@ -423,6 +425,34 @@ QStringList Lemmatizer::korean(const QString& w)
                 offer(head.left(head.size() - 1) + QChar(char16_t(head.back().unicode() + 17)));
             if (coda == 20) // ㅆ: the past tense
                 offer(head + syllable(vowel, 0));
+            // Irregular stems, each after the regular reading (which the dictionary may also have):
+            const bool headOpen =
+                !head.isEmpty() && isHangulSyllable(head.back()) && (head.back().unicode() - hangulBase) % 28 == 0;
+            const int headCoda =
+                !head.isEmpty() && isHangulSyllable(head.back()) ? (head.back().unicode() - hangulBase) % 28 : -1;
+            // ㅂ before a vowel became 우/워/와: 추워 -> 춥, 도와 -> 돕, 어려우면 -> 어렵
+            if (initial == 11 && coda == 0 && (vowel == 14 || vowel == 9 || vowel == 13) && headOpen)
+                offer(head.left(head.size() - 1) + QChar(char16_t(head.back().unicode() + 17)));
+            // 르 lost its vowel and doubled the ㄹ: 몰라 -> 모르, 불러 -> 부르
+            if (initial == 5 && coda == 0 && (vowel == 0 || vowel == 4) && headCoda == 8)
+                offer(head.left(head.size() - 1) + QChar(char16_t(head.back().unicode() - 8)) + QStringLiteral("르"));
+            // ㅎ dropped: 빨간 -> 빨갛, 하얀 -> 하얗, 빨개 -> 빨갛, 그래 -> 그렇
+            if (coda == 4)
+                offer(head + syllable(vowel, 27));
+            if (coda == 0 && vowel == 1) {
+                offer(head + syllable(0, 27));
+                offer(head + syllable(4, 27));
+            }
+            if (coda == 0 && vowel == 3)
+                offer(head + syllable(2, 27));
+            // ㄷ became ㄹ before a vowel (들어 -> 듣, 걸어 -> 걷); ㅅ dropped (지어 -> 짓); ㄹ dropped
+            // before ㄴ, ㅂ and ㅅ (사는 -> 살, 아세요 -> 알).
+            if (coda == 8)
+                offer(head + syllable(vowel, 7));
+            if (coda == 0 && form.size() < w.size()) {
+                offer(head + syllable(vowel, 19));
+                offer(head + syllable(vowel, 8));
+            }
             if (coda == 0) {
                 switch (vowel) {
                 case 9:
