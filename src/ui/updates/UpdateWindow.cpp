@@ -82,7 +82,8 @@ UpdateWindow::UpdateWindow(QString currentVersion, bool packageManaged, QWidget*
 QWidget* UpdateWindow::newPage()
 {
     auto* page = new QWidget(this);
-    layout()->replaceWidget(m_page, page);
+    // The layout hands back the item that held the old page; it is ours to delete.
+    delete layout()->replaceWidget(m_page, page);
     delete m_page;
     m_page = page;
     return page;
