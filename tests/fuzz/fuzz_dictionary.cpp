@@ -2,6 +2,7 @@
 // libFuzzer target for the compiled dictionaries: any bytes in a .tdict file are refused on open
 // with a message or give a file whose every headword is found again, and looking words up and
 // glossing passages through the engine never reads outside the file.
+#include "FuzzSupport.h"
 #include "platform/linux/translation/ApertiumPassageTranslator.h"
 #include "platform/linux/translation/DictionaryFile.h"
 #include "platform/linux/translation/DictionaryTranslationEngine.h"
@@ -18,27 +19,12 @@
 #include <cstring>
 
 using namespace tolvane;
+using tolvane::fuzz::require;
 
 namespace {
 
 // Enough headwords to reach every branch of the look-up without making one input slow.
 constexpr quint32 wordsPerInput = 64;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-// In memory where the system offers it: every write is synced to the disk, which on a real disk
-// would be nearly all the time the run takes.
-QTemporaryDir* workDirectory()
-{
-    static QTemporaryDir dir(
-        QDir(QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm") : QDir::tempPath())
-            .filePath(QStringLiteral("tolvane-fuzz-dictionary-XXXXXX")));
-    return &dir;
-}
 
 quint32 readU32(const std::uint8_t* p)
 {
@@ -79,13 +65,13 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     new QCoreApplication(*argc, *argv);
-    require(workDirectory()->isValid());
+    require(fuzz::workDirectory("dictionary")->isValid());
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const QDir dir(workDirectory()->path());
+    const QDir dir(fuzz::workDirectory("dictionary")->path());
     const QString probe = dir.filePath(QStringLiteral("probe.tdict"));
     {
         QFile file(probe);

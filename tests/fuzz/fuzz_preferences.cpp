@@ -2,6 +2,7 @@
 // libFuzzer target for the preferences file: whatever bytes preferences.json holds, loading it
 // keeps them (set aside whole, or copied before a rewrite), the values it keeps survive writing
 // and reading again, and every typed reader answers with a value its callers can use.
+#include "FuzzSupport.h"
 #include "core/setup/Preferences.h"
 #include "platform/linux/JsonFilePreferenceStore.h"
 
@@ -16,6 +17,7 @@
 #include <cstdlib>
 
 using namespace tolvane;
+using tolvane::fuzz::require;
 
 namespace {
 
@@ -35,23 +37,11 @@ const QLatin1String knownKeys[] = {
     PreferenceKey::appearanceMode,
     PreferenceKey::successfulWordLookupCount,
     PreferenceKey::shownLookupMilestones,
+    PreferenceKey::automaticallyCheckForUpdates,
+    PreferenceKey::lastUpdateCheckDate,
+    PreferenceKey::skippedUpdateVersion,
+    PreferenceKey::updateReminderDate,
 };
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-// In memory where the system offers it: every write is synced to the disk, which on a real disk
-// would be nearly all the time the run takes.
-QTemporaryDir* workDirectory()
-{
-    static QTemporaryDir dir(
-        QDir(QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm") : QDir::tempPath())
-            .filePath(QStringLiteral("tolvane-fuzz-preferences-XXXXXX")));
-    return &dir;
-}
 
 QByteArray readFile(const QString& path)
 {
@@ -116,7 +106,7 @@ public:
 // lost: a file it cannot use whole is kept beside the one in use.
 void loadFromFile(const QByteArray& bytes, const JsonFilePreferenceStore::Parsed& parsed)
 {
-    const QDir dir(workDirectory()->path());
+    const QDir dir(fuzz::workDirectory("preferences")->path());
     const QString path = dir.filePath(QStringLiteral("preferences.json"));
     {
         QFile file(path);
@@ -147,7 +137,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
     // The store logs every broken file it meets; millions of such lines say nothing here.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     new QCoreApplication(*argc, *argv);
-    require(workDirectory()->isValid());
+    require(fuzz::workDirectory("preferences")->isValid());
     return 0;
 }
 

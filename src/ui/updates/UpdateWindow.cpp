@@ -108,13 +108,7 @@ void UpdateWindow::showState(const UpdateCheckState& state)
     case Phase::upToDate: {
         column->addWidget(heading(UpdateTexts::upToDate(), page));
         column->addWidget(paragraph(UpdateTexts::newestAvailable(m_currentVersion), page));
-        QHBoxLayout* buttons = buttonRow(column);
-        buttons->addStretch(1);
-        QPushButton* ok = button(UpdateTexts::ok(), page);
-        ok->setDefault(true);
-        buttons->addWidget(ok);
-        connect(ok, &QPushButton::clicked, this, &UpdateWindow::reject);
-        ok->setFocus();
+        addOkButton(column);
         break;
     }
     case Phase::updateAvailable: {
@@ -156,17 +150,23 @@ void UpdateWindow::showState(const UpdateCheckState& state)
         detail->setObjectName(QStringLiteral("update-error"));
         detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
         column->addWidget(detail);
-        QHBoxLayout* buttons = buttonRow(column);
-        buttons->addStretch(1);
-        QPushButton* ok = button(UpdateTexts::ok(), page);
-        ok->setDefault(true);
-        buttons->addWidget(ok);
-        connect(ok, &QPushButton::clicked, this, &UpdateWindow::reject);
-        ok->setFocus();
+        addOkButton(column);
         break;
     }
     }
     page->show();
+}
+
+// The one answer a finished check asks for: OK, which closes the window.
+void UpdateWindow::addOkButton(QVBoxLayout* column)
+{
+    QHBoxLayout* buttons = buttonRow(column);
+    buttons->addStretch(1);
+    QPushButton* ok = button(UpdateTexts::ok(), m_page);
+    ok->setDefault(true);
+    buttons->addWidget(ok);
+    connect(ok, &QPushButton::clicked, this, &UpdateWindow::reject);
+    ok->setFocus();
 }
 
 void UpdateWindow::showChecking(QVBoxLayout* column)

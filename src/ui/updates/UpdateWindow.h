@@ -38,6 +38,7 @@ Q_SIGNALS:
 private:
     QWidget* newPage();
     void showChecking(QVBoxLayout* column);
+    void addOkButton(QVBoxLayout* column);
 
     QString m_currentVersion;
     bool m_packageManaged;

@@ -21,45 +21,6 @@ using namespace tolvane::testing;
 
 namespace {
 
-bool isShowing(AtspiAccessible* node)
-{
-    return hasState(node, ATSPI_STATE_SHOWING);
-}
-
-// The first showing element under node whose name is name (any, when empty; or any name that
-// starts with it, when it ends in "…") and whose role is role (any, when invalid).
-AccessiblePtr find(AtspiAccessible* node, const QString& name, AtspiRole role = ATSPI_ROLE_INVALID, int depth = 0)
-{
-    const bool prefix = name.size() > 1 && name.endsWith(u'…');
-    if (depth > 30)
-        return nullptr;
-    const int count = atspi_accessible_get_child_count(node, nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr child(atspi_accessible_get_child_at_index(node, i, nullptr));
-        if (!child || !isShowing(child.get()))
-            continue;
-        const QString childName = nameOf(child.get());
-        const bool named = name.isEmpty() || childName == name || (prefix && childName.startsWith(name.chopped(1)));
-        if (named && (role == ATSPI_ROLE_INVALID || atspi_accessible_get_role(child.get(), nullptr) == role))
-            return child;
-        if (AccessiblePtr found = find(child.get(), name, role, depth + 1))
-            return found;
-    }
-    return nullptr;
-}
-
-bool press(AtspiAccessible* node)
-{
-    std::unique_ptr<AtspiAction, GObjectUnref> action(atspi_accessible_get_action_iface(node));
-    return action && atspi_action_do_action(action.get(), 0, nullptr);
-}
-
-bool isEnabled(AtspiAccessible* node)
-{
-    std::unique_ptr<AtspiStateSet, GObjectUnref> states(atspi_accessible_get_state_set(node));
-    return states && atspi_state_set_contains(states.get(), ATSPI_STATE_ENABLED);
-}
-
 // A real click in the middle of an element, where the bus says it is on the screen.
 void click(AtspiAccessible* node)
 {
@@ -104,7 +65,8 @@ class TestGuideWalkthrough final : public QObject
             if (!m_app)
                 m_app = application();
             if (m_app) {
-                if (AccessiblePtr window = find(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29))
+                if (AccessiblePtr window =
+                        findShowing(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29))
                     return window;
             }
             QTest::qWait(100);
@@ -117,7 +79,7 @@ class TestGuideWalkthrough final : public QObject
         clock.start();
         while (clock.elapsed() < timeoutMs) {
             if (AccessiblePtr window = guideWindow(timeoutMs)) {
-                if (AccessiblePtr found = find(window.get(), name, role))
+                if (AccessiblePtr found = findShowing(window.get(), name, role))
                     return found;
             }
             QTest::qWait(100);
@@ -128,7 +90,7 @@ class TestGuideWalkthrough final : public QObject
     {
         AccessiblePtr button = waitFor(name);
         QVERIFY2(button, qPrintable(name + QStringLiteral(" is not on the screen")));
-        QTRY_VERIFY(isEnabled(button.get()));
+        QTRY_VERIFY(hasState(button.get(), ATSPI_STATE_ENABLED));
         QVERIFY2(press(button.get()), qPrintable(name + QStringLiteral(" could not be pressed")));
     }
     // "Change Hotkey…", then the keys on the real keyboard, in the guide's window.
@@ -212,11 +174,11 @@ private Q_SLOTS:
 
         // Continue waits for the language's model.
         AccessiblePtr next = waitFor(QStringLiteral("Continue"), ATSPI_ROLE_PUSH_BUTTON);
-        QVERIFY(next && !isEnabled(next.get()));
+        QVERIFY(next && !hasState(next.get(), ATSPI_STATE_ENABLED));
         pressButton(QStringLiteral("German"));
         QVERIFY2(waitFor(QStringLiteral("Download failed")), "A damaged dictionary did not fail the preparation");
         QVERIFY(waitFor(QStringLiteral("The dictionary file …")));
-        QVERIFY(!isEnabled(next.get()));
+        QVERIFY(!hasState(next.get(), ATSPI_STATE_ENABLED));
         pressButton(QStringLiteral("French"));
         QVERIFY2(waitFor(QStringLiteral("Language model ready"), ATSPI_ROLE_INVALID, 30000),
                  "The French model never became ready");
@@ -235,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(picker);
         click(picker.get());
         AccessiblePtr choice;
-        QTRY_VERIFY((choice = find(m_app.get(), QStringLiteral("Every 1 hour"))) != nullptr);
+        QTRY_VERIFY((choice = findShowing(m_app.get(), QStringLiteral("Every 1 hour"))) != nullptr);
         click(choice.get());
         QTRY_COMPARE(preferences().value(QStringLiteral("notificationIntervalHours")).toDouble(), 1.0);
         pressButton(QStringLiteral("Continue"));
@@ -244,7 +206,8 @@ private Q_SLOTS:
         QVERIFY(waitFor(QStringLiteral("Step 5 of 5")));
         QVERIFY(waitFor(QStringLiteral("Hover over any word and press Ctrl+Shift+K to see its translation.")));
         pressButton(QStringLiteral("Start using Tolvane"));
-        QTRY_VERIFY_WITH_TIMEOUT(!find(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29), 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(!findShowing(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29),
+                                 5000);
 
         const QJsonObject stored = preferences();
         QCOMPARE(stored.value(QStringLiteral("targetLanguage")).toString(), QStringLiteral("fr"));

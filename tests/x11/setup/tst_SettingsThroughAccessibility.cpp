@@ -20,46 +20,6 @@ using namespace tolvane::testing;
 
 namespace {
 
-AccessiblePtr find(AtspiAccessible* accessible, AtspiRole role, const QString& name, int depth = 0)
-{
-    if (depth > 25)
-        return nullptr;
-    const int count = atspi_accessible_get_child_count(accessible, nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
-        if (!child)
-            continue;
-        if (atspi_accessible_get_role(child.get(), nullptr) == role &&
-            takeText(atspi_accessible_get_name(child.get(), nullptr)) == name)
-            return child;
-        if (AccessiblePtr found = find(child.get(), role, name, depth + 1))
-            return found;
-    }
-    return nullptr;
-}
-
-// A control of the running Tolvane, as the accessibility bus shows it.
-AccessiblePtr tolvaneControl(AtspiRole role, const QString& name)
-{
-    AccessiblePtr desktop(atspi_get_desktop(0));
-    atspi_accessible_clear_cache(desktop.get());
-    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr application(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-        if (application && takeText(atspi_accessible_get_name(application.get(), nullptr)) == "Tolvane") {
-            if (AccessiblePtr found = find(application.get(), role, name))
-                return found;
-        }
-    }
-    return nullptr;
-}
-
-bool press(AtspiAccessible* control)
-{
-    std::unique_ptr<AtspiAction, GObjectUnref> action(atspi_accessible_get_action_iface(control));
-    return action && atspi_action_do_action(action.get(), 0, nullptr);
-}
-
 QJsonObject preferenceFile(const QString& configHome)
 {
     QFile file(configHome + QStringLiteral("/Tolvane/preferences.json"));
