@@ -38,6 +38,7 @@ SOURCES = {
     "ding": ("Ding German-English dictionary via FreeDict", "GPL-2.0-or-later"),
     "edict": ("EDICT, Electronic Dictionary Research and Development Group", "CC-BY-SA-3.0"),
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
+    "wikdict": ("FreeDict English-Japanese (WikDict, from Wiktionary; dict-freedict-eng-jpn)", "CC-BY-SA-3.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
     "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
     "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt, -cat-ita, -eng-cat)",
@@ -207,6 +208,42 @@ def read_freedict(name, source_english, target_english, table):
             if cands:
                 table.add(head, Sense(pos, cands, domain, order, marked))
                 order += 1
+
+
+JAPANESE = re.compile(r"[\u3040-\u30ff\u4e00-\u9fff]")
+WIKDICT_LABEL = re.compile(r"^\s*([A-Za-z][A-Za-z ,]*):")
+WIKDICT_MARKED = {"slang", "vulgar", "archaic", "obsolete", "dated", "rare", "dialectal", "informal", "colloquial",
+                  "offensive", "derogatory", "literary", "poetic"}
+
+
+def read_wikdict_japanese(table):
+    """FreeDict's English-Japanese list, taken from Wiktionary: each sense is a line of Japanese
+    words followed by an English definition ("1. 幸せ, 幸福, 嬉しい" / "contented, joyous"). A
+    definition that opens with a label ("slang: very good", "computing: …") marks its sense."""
+    for body in dictd_entries("freedict-eng-jpn"):
+        lines = body.split("\n")
+        head = re.split(r"\s+[/<]", lines[0].strip(), maxsplit=1)[0].strip()
+        tags = re.search(r"<([^<>]*)>", lines[0])
+        pos = pos_of(tags.group(1)) if tags else ""
+        if not head or not LATIN.search(head):
+            continue
+        pending = None
+        for line in lines[1:] + [""]:
+            if JAPANESE.search(line) and not LATIN.search(line):
+                if pending:
+                    table.add(head, pending)
+                words = re.sub(r"^\s*\d+\.\s*|\s*\d+\.\s*$", "", line)
+                cands = [w.strip() for w in words.split(",") if w.strip() and len(w.strip()) < 20]
+                pending = Sense(pos, cands, False, len(table.senses.get(head, ()))) if cands else None
+                continue
+            if pending is not None:
+                label = WIKDICT_LABEL.match(line)
+                if label:
+                    names = {n.strip().lower() for n in label.group(1).split(",")}
+                    pending.marked = bool(names & WIKDICT_MARKED)
+                    pending.domain = True
+                table.add(head, pending)
+                pending = None
 
 
 MUELLER_POS = {"n": "n", "v": "v", "a": "adj", "adv": "adv", "pron": "pron", "prep": "prep", "cj": "conj",
@@ -1331,9 +1368,17 @@ def main(argv):
     if wanted("ja-en", "en-ja"):
         ed = table("ja-en", "edict", read_edict)
         ed.keeps_senses = True
-        d = Direction("ja", "en"); d.direct = [ed]; d.freq = english; d.sources = {"edict"}
+        # Wiktionary's English-Japanese words were written apart from EDICT: a word both give is
+        # the safer first gloss, and its English headwords give adjectives where EDICT has only a
+        # noun (幸せ "happy" beside "happiness"). Its senses come in no order of use.
+        wik = table("en-ja-wikdict", "wikdict", read_wikdict_japanese)
+        wik.order_weight = 0.3
+        extra = {"wikdict"} if wik.senses else set()
+        d = Direction("ja", "en"); d.direct = [ed]; d.reverse = [wik]; d.freq = english
+        d.sources = {"edict"} | extra
         jobs.append(d)
-        d = Direction("en", "ja"); d.reverse = [ed]; d.common = ed.common; d.sources = {"edict"}
+        d = Direction("en", "ja"); d.direct = [wik]; d.reverse = [ed]; d.common = ed.common
+        d.sources = {"edict"} | extra
         jobs.append(d)
     if wanted("zh-en", "en-zh") and cedict:
         ce = table("zh-en", "cedict", lambda t: read_cedict(cedict, t))

@@ -61,6 +61,24 @@ class Readers(unittest.TestCase):
         self.assertFalse(table.senses["dog"][0].domain)  # zoology is everyday for a dog
         self.assertTrue(table.senses["dog"][1].domain)
 
+    def test_wikdict_japanese_lines_numbers_and_labels(self):
+        tc.dictd_entries = fake_dictd([
+            "happy //ˈhæpi// <adj>\n1. 幸せ, 幸福, 嬉しい\ncontented, joyous\n2. 幸運\nfortunate, lucky\n",
+            "free //fɹiː// /[fɹɪi̯]/ <adj>\n1. 自由 2.\nnot imprisoned\n 3.\nunconstrained\n2. そのままの\nunobstructed\n",
+            "sick //sɪk// <adj>\nヤバい\nslang: very good, excellent\n",
+            "word //wɜːd// <n>\n1. 言語, 言葉\ncomputing: fixed-size group of bits\n",
+            "chan /tʃˈan/ <suffix>\nゃん\n",
+        ])
+        table = tc.Table("wikdict")
+        tc.read_wikdict_japanese(table)
+        self.assertEqual([(s.pos, s.cands, s.order) for s in table.senses["happy"]],
+                         [("adj", ["幸せ", "幸福", "嬉しい"], 0), ("adj", ["幸運"], 1)])
+        # A sense number left at a line's end is no word; definitions are never candidates.
+        self.assertEqual([s.cands for s in table.senses["free"]], [["自由"], ["そのままの"]])
+        self.assertTrue(table.senses["sick"][0].marked)
+        self.assertTrue(table.senses["word"][0].domain)
+        self.assertFalse(table.senses["word"][0].marked)
+
     def test_clean_removes_nested_brackets_and_to(self):
         self.assertEqual(tc.clean("dog (Canis (lupus) familiaris)", True), "dog")
         self.assertEqual(tc.clean("to buy", True), "buy")
@@ -104,6 +122,22 @@ class Ranking(unittest.TestCase):
         d.zipf = tc.Frequencies("dasher", {"beer": 4.5, "ale": 2.5}, 2.0)
         entries, _ = tc.rank_direction(d)
         self.assertEqual(entries["пиво"][0], "n\tbeer|ale")
+
+    def test_a_second_source_read_backwards_confirms_a_gloss_and_offers_adjectives(self):
+        edict = tc.Table("edict")
+        edict.keeps_senses = True
+        edict.add("肉", tc.Sense("n", ["flesh"], False, 0))
+        edict.add("肉", tc.Sense("n", ["meat", "thickness"], False, 1))
+        edict.add("幸せ", tc.Sense("n", ["happiness", "luck"], False, 0))
+        wik = tc.Table("wikdict", 0.3)
+        wik.add("meat", tc.Sense("n", ["肉", "身"], False, 0))
+        wik.add("happy", tc.Sense("adj", ["幸せ", "幸福"], False, 0))
+        d = tc.Direction("ja", "en")
+        d.direct, d.reverse = [edict], [wik]
+        d.zipf = tc.Frequencies("dasher", {"flesh": 3.0, "meat": 3.6, "happy": 4.5, "happiness": 3.5}, 2.0)
+        entries, _ = tc.rank_direction(d)
+        self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
+        self.assertIn("adj\thappy", entries["幸せ"])
 
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
