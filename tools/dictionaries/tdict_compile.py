@@ -1016,6 +1016,7 @@ SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
 AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
 ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
+SINGULAR_COST = 0.2  # the singular a plural gloss offers comes just after it
 
 
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
@@ -1153,6 +1154,18 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                 elif total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
                     yield head, 2.5
 
+    def english_singular(cand, pos):
+        """A plural English gloss ("vegetables" of 蔬菜) also offers its singular, the form a
+        learner looks for, unless the plural is a word of its own (glasses, clothes, arms)."""
+        if not english_target or english_lemmas is None or english_pos is None or pos not in ("n", ""):
+            return None
+        if " " in cand or not cand.islower() or cand in english_pos:
+            return None
+        for lemma, lemma_pos in english_lemmas.get(cand, ()):
+            if lemma_pos == "n" and lemma != cand and " " not in lemma and cand.startswith(lemma[:-1]):
+                return lemma
+        return None
+
     for table in direction.direct:
         redirects.update(table.redirects)
         for key, senses in table.senses.items():
@@ -1168,8 +1181,13 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     score += commonness(cand, 0.35)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
-                          table.pivot, "apertium" if table.source == "apertium" else "dictionary", j)
+                    sense_id = (id(table), id(s)) if table.keeps_senses else None
+                    offer(key, cand, pos, score, sense_id, s.marked, table.pivot,
+                          "apertium" if table.source == "apertium" else "dictionary", j)
+                    singular = english_singular(cand, pos)
+                    if singular:
+                        offer(key, singular, "n", score - SINGULAR_COST, sense_id, s.marked, table.pivot,
+                              "apertium" if table.source == "apertium" else "dictionary", j)
 
     for table in direction.reverse:
         for original, senses in table.senses.items():
@@ -1426,7 +1444,9 @@ def main(argv):
                 d.zipf = JapaneseCommonness(d.zipf, edict.spellings.items(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
-        english_lemmas = form_cache["en"][0] if d.source == "en" else None
+        if "en" not in form_cache:
+            form_cache["en"] = analyser_forms("en")
+        english_lemmas = form_cache["en"][0] if "en" in (d.source, d.target) else None
         entries, confidence = rank_direction(d, english_pos, english_lemmas)
         forms, lemma_forms = form_cache[d.source]
         if pair == "de-en" and german:

@@ -139,6 +139,23 @@ class Ranking(unittest.TestCase):
         self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
         self.assertIn("adj\thappy", entries["幸せ"])
 
+    def test_a_plural_gloss_offers_its_singular_unless_the_plural_is_a_word_of_its_own(self):
+        table = tc.Table("cedict")
+        table.keeps_senses = True
+        table.add("蔬菜", tc.Sense("n", ["vegetables"], False, 0))
+        table.add("衣服", tc.Sense("n", ["clothes"], False, 0))
+        table.add("武器", tc.Sense("n", ["weapon", "arms"], False, 0))
+        table.add("的", tc.Sense("", ["of"], False, 0))
+        d = tc.Direction("zh", "en")
+        d.direct = [table]
+        lemmas = {"vegetables": [("vegetable", "n")], "clothes": [("cloth", "n")], "arms": [("arm", "n")],
+                  "of": [("of", "pr")]}
+        entries, _ = tc.rank_direction(d, english_pos={"clothes": {"n": 9}, "arms": {"n": 5}}, english_lemmas=lemmas)
+        self.assertEqual(entries["蔬菜"], ["n\tvegetables|vegetable"])
+        self.assertEqual(entries["衣服"], ["n\tclothes"])
+        self.assertEqual(entries["武器"], ["n\tweapon|arms"])
+        self.assertEqual(entries["的"], ["\tof"])
+
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
         table.keeps_senses = True
