@@ -838,6 +838,27 @@ def jieba_classes(path=None):
     return classes
 
 
+def ipadic_classes(directory=None):
+    """Japanese words MeCab's IPAdic mostly reads as adjectival nouns (幸せ, 自由: 形容動詞語幹
+    costs less than the plain noun) -> {"adj"}: their usual English gloss is an adjective."""
+    directory = directory or IPADIC
+
+    def costs(name):
+        best = {}
+        with open(os.path.join(directory, name), encoding="euc_jp", errors="replace") as f:
+            for line in f:
+                parts = line.split(",", 4)
+                if len(parts) >= 4 and parts[3].lstrip("-").isdigit():
+                    best[parts[0]] = min(best.get(parts[0], 1 << 30), int(parts[3]))
+        return best
+
+    try:
+        adjectival, nouns = costs("Noun.adjv.csv"), costs("Noun.csv")
+    except (OSError, UnicodeError):
+        return None
+    return {w: {"adj"} for w, c in adjectival.items() if c <= nouns.get(w, 1 << 30)}
+
+
 def ipadic_frequencies(directory=None):
     """MeCab's cost is about -log(p) scaled: lower is commoner. The lowest cost of each spelling,
     mapped onto the Zipf scale (分かる 5559 → 3.9, 解る 7159 → 2.3)."""
@@ -1009,10 +1030,13 @@ class Direction:
         self.common = set()  # target words marked common
         self.sources = set()
         self.source_classes = None  # source word -> its usual word classes, where a source says
+        self.class_bonus = SOURCE_CLASS_BONUS
+        self.other_class_penalty = 0.0  # for a noun gloss of a word whose usual class is another
 
 
 ZIPF_WEIGHT = 0.8
 SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
+JAPANESE_CLASS_WEIGHT = 1.5
 AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
 ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
@@ -1126,7 +1150,9 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             total = sum(counts.values()) if counts else 0
             if total >= 3:
                 pos = max(counts, key=counts.get)
-        return SOURCE_CLASS_BONUS if pos in classes else 0.0
+        if pos in classes:
+            return direction.class_bonus
+        return -direction.other_class_penalty if pos == "n" else 0.0
 
     def english_keys(gloss, pos):
         """The English words a gloss answers: itself, and when the glosses are English and the
@@ -1209,7 +1235,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                                 forward = r + offset
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
-                        score += usual_use(key, pos)
+                        score += usual_use(key, pos) + usual_class(key, pos, original)
                         offer(key, original, pos, score, None, s.marked, table.pivot,
                               "apertium" if table.source == "apertium" else "dictionary", j)
 
@@ -1393,6 +1419,10 @@ def main(argv):
         wik.order_weight = 0.3
         extra = {"wikdict"} if wik.senses else set()
         d = Direction("ja", "en"); d.direct = [ed]; d.reverse = [wik]; d.freq = english
+        # EDICT glosses many adjectival nouns with a noun alone (幸せ "happiness"); Wiktionary's
+        # headwords give the adjective (happy), which is how the word is mostly used.
+        d.source_classes = ipadic_classes() if use_frequencies else None
+        d.class_bonus = d.other_class_penalty = JAPANESE_CLASS_WEIGHT
         d.sources = {"edict"} | extra
         jobs.append(d)
         d = Direction("en", "ja"); d.direct = [wik]; d.reverse = [ed]; d.common = ed.common

@@ -138,6 +138,12 @@ class Ranking(unittest.TestCase):
         entries, _ = tc.rank_direction(d)
         self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
         self.assertIn("adj\thappy", entries["幸せ"])
+        # Where the word is mostly used as an adjective, the adjective leads.
+        d.source_classes = {"幸せ": {"adj"}}
+        d.class_bonus = d.other_class_penalty = tc.JAPANESE_CLASS_WEIGHT
+        entries, _ = tc.rank_direction(d, english_pos={})
+        self.assertEqual(entries["幸せ"][0], "adj\thappy")
+        self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
 
     def test_a_plural_gloss_offers_its_singular_unless_the_plural_is_a_word_of_its_own(self):
         table = tc.Table("cedict")
@@ -277,6 +283,16 @@ class FrequencySources(unittest.TestCase):
             zipf = tc.ipadic_frequencies(tmp)
             self.assertGreater(zipf.zipf("分かる"), zipf.zipf("解る") + 1.5)
             self.assertEqual(zipf.zipf("分"), zipf.floor)
+
+    def test_ipadic_adjectival_nouns_cheaper_than_the_plain_noun_are_adjectives(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            self.assertIsNone(tc.ipadic_classes(tmp))  # no dictionary: no classes
+            with open(os.path.join(tmp, "Noun.adjv.csv"), "w", encoding="euc_jp") as f:
+                f.write("幸せ,1287,1287,3400,名詞,形容動詞語幹\n本当,1287,1287,9683,名詞,形容動詞語幹\n"
+                        "静か,1287,1287,4766,名詞,形容動詞語幹\n")
+            with open(os.path.join(tmp, "Noun.csv"), "w", encoding="euc_jp") as f:
+                f.write("幸せ,1285,1285,7056,名詞,一般\n本当,1285,1285,7380,名詞,一般\n")
+            self.assertEqual(tc.ipadic_classes(tmp), {"幸せ": {"adj"}, "静か": {"adj"}})
 
     def test_japanese_prefers_the_usual_spelling_and_the_word_whose_reading_is_common(self):
         costs = tc.Frequencies("ipadic", {"分かる": 3.9, "解る": 2.3}, 0.5)
