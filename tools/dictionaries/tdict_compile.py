@@ -1046,7 +1046,7 @@ SINGULAR_COST = 0.2  # the singular a plural gloss offers comes just after it
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
 
 
-def rank_direction(direction, english_pos=None, english_lemmas=None):
+def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemmas=None):
     english_target = direction.target == "en"
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
@@ -1160,6 +1160,13 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         plain adjective ("older brother" → brother) and the adjective of "be angry". Derived keys
         cost a little: an exact gloss comes first."""
         yield gloss, 0.0
+        if direction.source == "ru" and source_lemmas and " " not in gloss:
+            # Mueller glosses some nouns in the plural only ("fruit": плод; фрукты): the plural
+            # answers for its singular too.
+            for lemma, lemma_pos in source_lemmas.get(gloss, ())[:1]:
+                if lemma_pos == "n" and lemma != gloss and " " not in lemma:
+                    yield lemma, 2.0
+            return
         if direction.source != "en" or english_lemmas is None:
             return
         words = gloss.split(" ")
@@ -1215,6 +1222,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                         offer(key, singular, "n", score - SINGULAR_COST, sense_id, s.marked, table.pivot,
                               "apertium" if table.source == "apertium" else "dictionary", j)
 
+    plural_only = defaultdict(list)
     for table in direction.reverse:
         for original, senses in table.senses.items():
             for s in senses:
@@ -1236,8 +1244,18 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
                         score += usual_use(key, pos) + usual_class(key, pos, original)
-                        offer(key, original, pos, score, None, s.marked, table.pivot,
-                              "apertium" if table.source == "apertium" else "dictionary", j)
+                        args = (key, original, pos, score, None, s.marked, table.pivot,
+                                "apertium" if table.source == "apertium" else "dictionary", j)
+                        if direction.source == "ru" and key != cand:
+                            plural_only[key].append(args)
+                        else:
+                            offer(*args)
+    # A Russian singular reached only through a plural gloss gets those words where it has
+    # none of its own (фрукт from "fruit: фрукты"); час keeps "hour" alone, not часы' "watch".
+    for key, offers in plural_only.items():
+        if key not in cands_by_key:
+            for args in offers:
+                offer(*args)
 
     # Apertium's bilingual dictionaries put the usual translation first, and they were written
     # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
@@ -1477,7 +1495,8 @@ def main(argv):
         if "en" not in form_cache:
             form_cache["en"] = analyser_forms("en")
         english_lemmas = form_cache["en"][0] if "en" in (d.source, d.target) else None
-        entries, confidence = rank_direction(d, english_pos, english_lemmas)
+        source_lemmas = form_cache[d.source][0] if d.source == "ru" else None
+        entries, confidence = rank_direction(d, english_pos, english_lemmas, source_lemmas)
         forms, lemma_forms = form_cache[d.source]
         if pair == "de-en" and german:
             forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()

@@ -162,6 +162,19 @@ class Ranking(unittest.TestCase):
         self.assertEqual(entries["武器"], ["n\tweapon|arms"])
         self.assertEqual(entries["的"], ["\tof"])
 
+    def test_a_russian_plural_gloss_answers_only_for_a_singular_without_words_of_its_own(self):
+        source = tc.Table("mueller7")
+        source.add("fruit", tc.Sense("n", ["плод", "фрукты"], False, 0))
+        source.add("hour", tc.Sense("n", ["час"], False, 0))
+        source.add("watch", tc.Sense("n", ["часы"], False, 0))
+        d = tc.Direction("ru", "en")
+        d.reverse, d.freq = [source], {"fruit": 50, "hour": 80, "watch": 60}
+        lemmas = {"фрукты": [("фрукт", "n")], "часы": [("час", "n")], "плод": [("плодить", "v")]}
+        entries, _ = tc.rank_direction(d, source_lemmas=lemmas)
+        self.assertEqual(entries["фрукт"], ["n\tfruit"])
+        self.assertEqual(entries["час"], ["n\thour"])
+        self.assertEqual(entries["часы"], ["n\twatch"])
+
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
         table.keeps_senses = True
