@@ -825,6 +825,16 @@ JIEBA_CLASSES = {"n": {"n"}, "v": {"v"}, "vn": {"v", "n"}, "vd": {"v"}, "a": {"a
                  "ad": {"adj", "adv"}, "d": {"adv"}, "nz": {"n"}}
 
 
+def analyser_classes(code):
+    """lemma -> {its one word class}, for lemmas the language's analyser knows in one class only
+    (больной is an adjective; рабочий, adjective and noun, is left out). Call after analyser_forms."""
+    classes = defaultdict(set)
+    for lemma, tag in TAGGED_LEMMAS.get(code, {}):
+        if APERTIUM_POS.get(tag):
+            classes[lemma].add(APERTIUM_POS[tag])
+    return {lemma: found for lemma, found in classes.items() if len(found) == 1} or None
+
+
 def jieba_classes(path=None):
     classes = {}
     try:
@@ -1492,6 +1502,10 @@ def main(argv):
                 d.zipf = JapaneseCommonness(d.zipf, edict.spellings.items(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
+        if d.source == "ru" and use_frequencies:
+            # Read backwards, every English headword that lists a Russian adjective competes
+            # with those of its substantive use (больной: ill before patient).
+            d.source_classes = analyser_classes("ru")
         if "en" not in form_cache:
             form_cache["en"] = analyser_forms("en")
         english_lemmas = form_cache["en"][0] if "en" in (d.source, d.target) else None

@@ -175,6 +175,21 @@ class Ranking(unittest.TestCase):
         self.assertEqual(entries["час"], ["n\thour"])
         self.assertEqual(entries["часы"], ["n\twatch"])
 
+    def test_read_backwards_a_russian_adjective_takes_an_english_adjective_first(self):
+        tc.TAGGED_LEMMAS["xx"] = {("больной", "adj"): "<adj>", ("рабочий", "adj"): "<adj>", ("рабочий", "n"): "<n>",
+                                  ("больница", "n"): "<n>", ("ой", "ij"): "<ij>"}
+        self.assertEqual(tc.analyser_classes("xx"), {"больной": {"adj"}, "больница": {"n"}, "ой": {"intj"}})
+        del tc.TAGGED_LEMMAS["xx"]
+        self.assertIsNone(tc.analyser_classes("xx"))
+        source = tc.Table("mueller7")
+        source.add("patient", tc.Sense("n", ["больной", "пациент"], False, 0))
+        source.add("ill", tc.Sense("adj", ["больной"], False, 0))
+        d = tc.Direction("ru", "en")
+        d.reverse, d.freq = [source], {"patient": 60, "ill": 50}
+        self.assertEqual(tc.rank_direction(d, english_pos={})[0]["больной"][0], "n\tpatient")
+        d.source_classes = {"больной": {"adj"}}
+        self.assertEqual(tc.rank_direction(d, english_pos={})[0]["больной"][0], "adj\till")
+
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
         table.keeps_senses = True
