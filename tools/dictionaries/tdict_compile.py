@@ -38,6 +38,7 @@ SOURCES = {
     "ding": ("Ding German-English dictionary via FreeDict", "GPL-2.0-or-later"),
     "edict": ("EDICT, Electronic Dictionary Research and Development Group", "CC-BY-SA-3.0"),
     "cedict": ("CC-CEDICT, MDBG", "CC-BY-SA-4.0"),
+    "wikdict": ("FreeDict English-Japanese (WikDict, from Wiktionary; dict-freedict-eng-jpn)", "CC-BY-SA-3.0"),
     "korean": ("Tolvane Korean-English core vocabulary", "GPL-3.0-or-later"),
     "german-core": ("Tolvane German-English core vocabulary", "GPL-3.0-or-later"),
     "apertium": ("Apertium bilingual dictionaries (apertium-eng-spa, -fr-es, -spa-ita, -es-pt, -cat-ita, -eng-cat)",
@@ -207,6 +208,42 @@ def read_freedict(name, source_english, target_english, table):
             if cands:
                 table.add(head, Sense(pos, cands, domain, order, marked))
                 order += 1
+
+
+JAPANESE = re.compile(r"[\u3040-\u30ff\u4e00-\u9fff]")
+WIKDICT_LABEL = re.compile(r"^\s*([A-Za-z][A-Za-z ,]*):")
+WIKDICT_MARKED = {"slang", "vulgar", "archaic", "obsolete", "dated", "rare", "dialectal", "informal", "colloquial",
+                  "offensive", "derogatory", "literary", "poetic"}
+
+
+def read_wikdict_japanese(table):
+    """FreeDict's English-Japanese list, taken from Wiktionary: each sense is a line of Japanese
+    words followed by an English definition ("1. 幸せ, 幸福, 嬉しい" / "contented, joyous"). A
+    definition that opens with a label ("slang: very good", "computing: …") marks its sense."""
+    for body in dictd_entries("freedict-eng-jpn"):
+        lines = body.split("\n")
+        head = re.split(r"\s+[/<]", lines[0].strip(), maxsplit=1)[0].strip()
+        tags = re.search(r"<([^<>]*)>", lines[0])
+        pos = pos_of(tags.group(1)) if tags else ""
+        if not head or not LATIN.search(head):
+            continue
+        pending = None
+        for line in lines[1:] + [""]:
+            if JAPANESE.search(line) and not LATIN.search(line):
+                if pending:
+                    table.add(head, pending)
+                words = re.sub(r"^\s*\d+\.\s*|\s*\d+\.\s*$", "", line)
+                cands = [w.strip() for w in words.split(",") if w.strip() and len(w.strip()) < 20]
+                pending = Sense(pos, cands, False, len(table.senses.get(head, ()))) if cands else None
+                continue
+            if pending is not None:
+                label = WIKDICT_LABEL.match(line)
+                if label:
+                    names = {n.strip().lower() for n in label.group(1).split(",")}
+                    pending.marked = bool(names & WIKDICT_MARKED)
+                    pending.domain = True
+                table.add(head, pending)
+                pending = None
 
 
 MUELLER_POS = {"n": "n", "v": "v", "a": "adj", "adv": "adv", "pron": "pron", "prep": "prep", "cj": "conj",
@@ -788,6 +825,16 @@ JIEBA_CLASSES = {"n": {"n"}, "v": {"v"}, "vn": {"v", "n"}, "vd": {"v"}, "a": {"a
                  "ad": {"adj", "adv"}, "d": {"adv"}, "nz": {"n"}}
 
 
+def analyser_classes(code):
+    """lemma -> {its one word class}, for lemmas the language's analyser knows in one class only
+    (больной is an adjective; рабочий, adjective and noun, is left out). Call after analyser_forms."""
+    classes = defaultdict(set)
+    for lemma, tag in TAGGED_LEMMAS.get(code, {}):
+        if APERTIUM_POS.get(tag):
+            classes[lemma].add(APERTIUM_POS[tag])
+    return {lemma: found for lemma, found in classes.items() if len(found) == 1} or None
+
+
 def jieba_classes(path=None):
     classes = {}
     try:
@@ -799,6 +846,27 @@ def jieba_classes(path=None):
     except (OSError, UnicodeError):
         return None
     return classes
+
+
+def ipadic_classes(directory=None):
+    """Japanese words MeCab's IPAdic mostly reads as adjectival nouns (幸せ, 自由: 形容動詞語幹
+    costs less than the plain noun) -> {"adj"}: their usual English gloss is an adjective."""
+    directory = directory or IPADIC
+
+    def costs(name):
+        best = {}
+        with open(os.path.join(directory, name), encoding="euc_jp", errors="replace") as f:
+            for line in f:
+                parts = line.split(",", 4)
+                if len(parts) >= 4 and parts[3].lstrip("-").isdigit():
+                    best[parts[0]] = min(best.get(parts[0], 1 << 30), int(parts[3]))
+        return best
+
+    try:
+        adjectival, nouns = costs("Noun.adjv.csv"), costs("Noun.csv")
+    except (OSError, UnicodeError):
+        return None
+    return {w: {"adj"} for w, c in adjectival.items() if c <= nouns.get(w, 1 << 30)}
 
 
 def ipadic_frequencies(directory=None):
@@ -972,19 +1040,23 @@ class Direction:
         self.common = set()  # target words marked common
         self.sources = set()
         self.source_classes = None  # source word -> its usual word classes, where a source says
+        self.class_bonus = SOURCE_CLASS_BONUS
+        self.other_class_penalty = 0.0  # for a noun gloss of a word whose usual class is another
 
 
 ZIPF_WEIGHT = 0.8
 SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
+JAPANESE_CLASS_WEIGHT = 1.5
 AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
 ZIPF_WEIGHT_ENGLISH = 0.5
 ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
+SINGULAR_COST = 0.2  # the singular a plural gloss offers comes just after it
 
 
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
 
 
-def rank_direction(direction, english_pos=None, english_lemmas=None):
+def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemmas=None):
     english_target = direction.target == "en"
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
@@ -1088,7 +1160,9 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
             total = sum(counts.values()) if counts else 0
             if total >= 3:
                 pos = max(counts, key=counts.get)
-        return SOURCE_CLASS_BONUS if pos in classes else 0.0
+        if pos in classes:
+            return direction.class_bonus
+        return -direction.other_class_penalty if pos == "n" else 0.0
 
     def english_keys(gloss, pos):
         """The English words a gloss answers: itself, and when the glosses are English and the
@@ -1096,6 +1170,13 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
         plain adjective ("older brother" → brother) and the adjective of "be angry". Derived keys
         cost a little: an exact gloss comes first."""
         yield gloss, 0.0
+        if direction.source == "ru" and source_lemmas and " " not in gloss:
+            # Mueller glosses some nouns in the plural only ("fruit": плод; фрукты): the plural
+            # answers for its singular too.
+            for lemma, lemma_pos in source_lemmas.get(gloss, ())[:1]:
+                if lemma_pos == "n" and lemma != gloss and " " not in lemma:
+                    yield lemma, 2.0
+            return
         if direction.source != "en" or english_lemmas is None:
             return
         words = gloss.split(" ")
@@ -1116,6 +1197,18 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                 elif total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
                     yield head, 2.5
 
+    def english_singular(cand, pos):
+        """A plural English gloss ("vegetables" of 蔬菜) also offers its singular, the form a
+        learner looks for, unless the plural is a word of its own (glasses, clothes, arms)."""
+        if not english_target or english_lemmas is None or english_pos is None or pos not in ("n", ""):
+            return None
+        if " " in cand or not cand.islower() or cand in english_pos:
+            return None
+        for lemma, lemma_pos in english_lemmas.get(cand, ()):
+            if lemma_pos == "n" and lemma != cand and " " not in lemma and cand.startswith(lemma[:-1]):
+                return lemma
+        return None
+
     for table in direction.direct:
         redirects.update(table.redirects)
         for key, senses in table.senses.items():
@@ -1131,9 +1224,15 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                     score += commonness(cand, 0.35)
                     if cand.lower() in direction.common:
                         score += 1.0
-                    offer(key, cand, pos, score, (id(table), id(s)) if table.keeps_senses else None, s.marked,
-                          table.pivot, "apertium" if table.source == "apertium" else "dictionary", j)
+                    sense_id = (id(table), id(s)) if table.keeps_senses else None
+                    offer(key, cand, pos, score, sense_id, s.marked, table.pivot,
+                          "apertium" if table.source == "apertium" else "dictionary", j)
+                    singular = english_singular(cand, pos)
+                    if singular:
+                        offer(key, singular, "n", score - SINGULAR_COST, sense_id, s.marked, table.pivot,
+                              "apertium" if table.source == "apertium" else "dictionary", j)
 
+    plural_only = defaultdict(list)
     for table in direction.reverse:
         for original, senses in table.senses.items():
             for s in senses:
@@ -1154,9 +1253,19 @@ def rank_direction(direction, english_pos=None, english_lemmas=None):
                                 forward = r + offset
                         if forward is not None:
                             score += 2.0 - min(forward, 6) * 0.3
-                        score += usual_use(key, pos)
-                        offer(key, original, pos, score, None, s.marked, table.pivot,
-                              "apertium" if table.source == "apertium" else "dictionary", j)
+                        score += usual_use(key, pos) + usual_class(key, pos, original)
+                        args = (key, original, pos, score, None, s.marked, table.pivot,
+                                "apertium" if table.source == "apertium" else "dictionary", j)
+                        if direction.source == "ru" and key != cand:
+                            plural_only[key].append(args)
+                        else:
+                            offer(*args)
+    # A Russian singular reached only through a plural gloss gets those words where it has
+    # none of its own (фрукт from "fruit: фрукты"); час keeps "hour" alone, not часы' "watch".
+    for key, offers in plural_only.items():
+        if key not in cands_by_key:
+            for args in offers:
+                offer(*args)
 
     # Apertium's bilingual dictionaries put the usual translation first, and they were written
     # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
@@ -1331,9 +1440,21 @@ def main(argv):
     if wanted("ja-en", "en-ja"):
         ed = table("ja-en", "edict", read_edict)
         ed.keeps_senses = True
-        d = Direction("ja", "en"); d.direct = [ed]; d.freq = english; d.sources = {"edict"}
+        # Wiktionary's English-Japanese words were written apart from EDICT: a word both give is
+        # the safer first gloss, and its English headwords give adjectives where EDICT has only a
+        # noun (幸せ "happy" beside "happiness"). Its senses come in no order of use.
+        wik = table("en-ja-wikdict", "wikdict", read_wikdict_japanese)
+        wik.order_weight = 0.3
+        extra = {"wikdict"} if wik.senses else set()
+        d = Direction("ja", "en"); d.direct = [ed]; d.reverse = [wik]; d.freq = english
+        # EDICT glosses many adjectival nouns with a noun alone (幸せ "happiness"); Wiktionary's
+        # headwords give the adjective (happy), which is how the word is mostly used.
+        d.source_classes = ipadic_classes() if use_frequencies else None
+        d.class_bonus = d.other_class_penalty = JAPANESE_CLASS_WEIGHT
+        d.sources = {"edict"} | extra
         jobs.append(d)
-        d = Direction("en", "ja"); d.reverse = [ed]; d.common = ed.common; d.sources = {"edict"}
+        d = Direction("en", "ja"); d.direct = [wik]; d.reverse = [ed]; d.common = ed.common
+        d.sources = {"edict"} | extra
         jobs.append(d)
     if wanted("zh-en", "en-zh") and cedict:
         ce = table("zh-en", "cedict", lambda t: read_cedict(cedict, t))
@@ -1381,8 +1502,15 @@ def main(argv):
                 d.zipf = JapaneseCommonness(d.zipf, edict.spellings.items(), edict.readings, kana)
         if d.source not in form_cache:
             form_cache[d.source] = analyser_forms(d.source)
-        english_lemmas = form_cache["en"][0] if d.source == "en" else None
-        entries, confidence = rank_direction(d, english_pos, english_lemmas)
+        if d.source == "ru" and use_frequencies:
+            # Read backwards, every English headword that lists a Russian adjective competes
+            # with those of its substantive use (больной: ill before patient).
+            d.source_classes = analyser_classes("ru")
+        if "en" not in form_cache:
+            form_cache["en"] = analyser_forms("en")
+        english_lemmas = form_cache["en"][0] if "en" in (d.source, d.target) else None
+        source_lemmas = form_cache[d.source][0] if d.source == "ru" else None
+        entries, confidence = rank_direction(d, english_pos, english_lemmas, source_lemmas)
         forms, lemma_forms = form_cache[d.source]
         if pair == "de-en" and german:
             forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()

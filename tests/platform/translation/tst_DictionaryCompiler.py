@@ -61,6 +61,24 @@ class Readers(unittest.TestCase):
         self.assertFalse(table.senses["dog"][0].domain)  # zoology is everyday for a dog
         self.assertTrue(table.senses["dog"][1].domain)
 
+    def test_wikdict_japanese_lines_numbers_and_labels(self):
+        tc.dictd_entries = fake_dictd([
+            "happy //ˈhæpi// <adj>\n1. 幸せ, 幸福, 嬉しい\ncontented, joyous\n2. 幸運\nfortunate, lucky\n",
+            "free //fɹiː// /[fɹɪi̯]/ <adj>\n1. 自由 2.\nnot imprisoned\n 3.\nunconstrained\n2. そのままの\nunobstructed\n",
+            "sick //sɪk// <adj>\nヤバい\nslang: very good, excellent\n",
+            "word //wɜːd// <n>\n1. 言語, 言葉\ncomputing: fixed-size group of bits\n",
+            "chan /tʃˈan/ <suffix>\nゃん\n",
+        ])
+        table = tc.Table("wikdict")
+        tc.read_wikdict_japanese(table)
+        self.assertEqual([(s.pos, s.cands, s.order) for s in table.senses["happy"]],
+                         [("adj", ["幸せ", "幸福", "嬉しい"], 0), ("adj", ["幸運"], 1)])
+        # A sense number left at a line's end is no word; definitions are never candidates.
+        self.assertEqual([s.cands for s in table.senses["free"]], [["自由"], ["そのままの"]])
+        self.assertTrue(table.senses["sick"][0].marked)
+        self.assertTrue(table.senses["word"][0].domain)
+        self.assertFalse(table.senses["word"][0].marked)
+
     def test_clean_removes_nested_brackets_and_to(self):
         self.assertEqual(tc.clean("dog (Canis (lupus) familiaris)", True), "dog")
         self.assertEqual(tc.clean("to buy", True), "buy")
@@ -104,6 +122,73 @@ class Ranking(unittest.TestCase):
         d.zipf = tc.Frequencies("dasher", {"beer": 4.5, "ale": 2.5}, 2.0)
         entries, _ = tc.rank_direction(d)
         self.assertEqual(entries["пиво"][0], "n\tbeer|ale")
+
+    def test_a_second_source_read_backwards_confirms_a_gloss_and_offers_adjectives(self):
+        edict = tc.Table("edict")
+        edict.keeps_senses = True
+        edict.add("肉", tc.Sense("n", ["flesh"], False, 0))
+        edict.add("肉", tc.Sense("n", ["meat", "thickness"], False, 1))
+        edict.add("幸せ", tc.Sense("n", ["happiness", "luck"], False, 0))
+        wik = tc.Table("wikdict", 0.3)
+        wik.add("meat", tc.Sense("n", ["肉", "身"], False, 0))
+        wik.add("happy", tc.Sense("adj", ["幸せ", "幸福"], False, 0))
+        d = tc.Direction("ja", "en")
+        d.direct, d.reverse = [edict], [wik]
+        d.zipf = tc.Frequencies("dasher", {"flesh": 3.0, "meat": 3.6, "happy": 4.5, "happiness": 3.5}, 2.0)
+        entries, _ = tc.rank_direction(d)
+        self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
+        self.assertIn("adj\thappy", entries["幸せ"])
+        # Where the word is mostly used as an adjective, the adjective leads.
+        d.source_classes = {"幸せ": {"adj"}}
+        d.class_bonus = d.other_class_penalty = tc.JAPANESE_CLASS_WEIGHT
+        entries, _ = tc.rank_direction(d, english_pos={})
+        self.assertEqual(entries["幸せ"][0], "adj\thappy")
+        self.assertTrue(entries["肉"][0].startswith("n\tmeat|"))
+
+    def test_a_plural_gloss_offers_its_singular_unless_the_plural_is_a_word_of_its_own(self):
+        table = tc.Table("cedict")
+        table.keeps_senses = True
+        table.add("蔬菜", tc.Sense("n", ["vegetables"], False, 0))
+        table.add("衣服", tc.Sense("n", ["clothes"], False, 0))
+        table.add("武器", tc.Sense("n", ["weapon", "arms"], False, 0))
+        table.add("的", tc.Sense("", ["of"], False, 0))
+        d = tc.Direction("zh", "en")
+        d.direct = [table]
+        lemmas = {"vegetables": [("vegetable", "n")], "clothes": [("cloth", "n")], "arms": [("arm", "n")],
+                  "of": [("of", "pr")]}
+        entries, _ = tc.rank_direction(d, english_pos={"clothes": {"n": 9}, "arms": {"n": 5}}, english_lemmas=lemmas)
+        self.assertEqual(entries["蔬菜"], ["n\tvegetables|vegetable"])
+        self.assertEqual(entries["衣服"], ["n\tclothes"])
+        self.assertEqual(entries["武器"], ["n\tweapon|arms"])
+        self.assertEqual(entries["的"], ["\tof"])
+
+    def test_a_russian_plural_gloss_answers_only_for_a_singular_without_words_of_its_own(self):
+        source = tc.Table("mueller7")
+        source.add("fruit", tc.Sense("n", ["плод", "фрукты"], False, 0))
+        source.add("hour", tc.Sense("n", ["час"], False, 0))
+        source.add("watch", tc.Sense("n", ["часы"], False, 0))
+        d = tc.Direction("ru", "en")
+        d.reverse, d.freq = [source], {"fruit": 50, "hour": 80, "watch": 60}
+        lemmas = {"фрукты": [("фрукт", "n")], "часы": [("час", "n")], "плод": [("плодить", "v")]}
+        entries, _ = tc.rank_direction(d, source_lemmas=lemmas)
+        self.assertEqual(entries["фрукт"], ["n\tfruit"])
+        self.assertEqual(entries["час"], ["n\thour"])
+        self.assertEqual(entries["часы"], ["n\twatch"])
+
+    def test_read_backwards_a_russian_adjective_takes_an_english_adjective_first(self):
+        tc.TAGGED_LEMMAS["xx"] = {("больной", "adj"): "<adj>", ("рабочий", "adj"): "<adj>", ("рабочий", "n"): "<n>",
+                                  ("больница", "n"): "<n>", ("ой", "ij"): "<ij>"}
+        self.assertEqual(tc.analyser_classes("xx"), {"больной": {"adj"}, "больница": {"n"}, "ой": {"intj"}})
+        del tc.TAGGED_LEMMAS["xx"]
+        self.assertIsNone(tc.analyser_classes("xx"))
+        source = tc.Table("mueller7")
+        source.add("patient", tc.Sense("n", ["больной", "пациент"], False, 0))
+        source.add("ill", tc.Sense("adj", ["больной"], False, 0))
+        d = tc.Direction("ru", "en")
+        d.reverse, d.freq = [source], {"patient": 60, "ill": 50}
+        self.assertEqual(tc.rank_direction(d, english_pos={})[0]["больной"][0], "n\tpatient")
+        d.source_classes = {"больной": {"adj"}}
+        self.assertEqual(tc.rank_direction(d, english_pos={})[0]["больной"][0], "adj\till")
 
     def test_a_source_of_real_senses_shows_one_sense_first(self):
         table = tc.Table("korean")
@@ -226,6 +311,16 @@ class FrequencySources(unittest.TestCase):
             zipf = tc.ipadic_frequencies(tmp)
             self.assertGreater(zipf.zipf("分かる"), zipf.zipf("解る") + 1.5)
             self.assertEqual(zipf.zipf("分"), zipf.floor)
+
+    def test_ipadic_adjectival_nouns_cheaper_than_the_plain_noun_are_adjectives(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            self.assertIsNone(tc.ipadic_classes(tmp))  # no dictionary: no classes
+            with open(os.path.join(tmp, "Noun.adjv.csv"), "w", encoding="euc_jp") as f:
+                f.write("幸せ,1287,1287,3400,名詞,形容動詞語幹\n本当,1287,1287,9683,名詞,形容動詞語幹\n"
+                        "静か,1287,1287,4766,名詞,形容動詞語幹\n")
+            with open(os.path.join(tmp, "Noun.csv"), "w", encoding="euc_jp") as f:
+                f.write("幸せ,1285,1285,7056,名詞,一般\n本当,1285,1285,7380,名詞,一般\n")
+            self.assertEqual(tc.ipadic_classes(tmp), {"幸せ": {"adj"}, "静か": {"adj"}})
 
     def test_japanese_prefers_the_usual_spelling_and_the_word_whose_reading_is_common(self):
         costs = tc.Frequencies("ipadic", {"分かる": 3.9, "解る": 2.3}, 0.5)
