@@ -8,6 +8,7 @@ namespace tolvane {
 
 // A short tag on the floating cards ("EN → FR", "Live"): 9-point bold text with 0.4 points of
 // letter spacing in its tint, padded 6 × 2 points on a capsule of the tint at 14 % opacity.
+// Qt::PlainText: a language code or a label is never read as markup.
 class OverlayTag final : public QLabel
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ class QWidget;
 
 namespace tolvane {
 
-// A wrapped label whose text is never read as HTML: words, translations, sentences and
+// A wrapped label in Qt::PlainText, whose text is never read as HTML: words, translations, sentences and
 // application names are shown as they are.
 QLabel* plainLabel(const QString& text = {}, QWidget* parent = nullptr);
 // The same in the palette's quieter text colour, which follows a switch between light and dark.

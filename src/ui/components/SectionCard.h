@@ -30,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QLabel* m_title;
+    QLabel* m_title; // Qt::PlainText
     QVBoxLayout* m_content;
 };
 

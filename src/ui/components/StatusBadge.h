@@ -8,7 +8,7 @@ namespace tolvane {
 
 // A small state badge: a 6 × 6 dot and a text, green with onText while on, orange with offText
 // while off, on a capsule of that colour at 13% opacity. A label, so screen readers and the
-// accessibility bus read its text.
+// accessibility bus read its text. Qt::PlainText, like every label that shows our texts.
 class StatusBadge final : public QLabel
 {
     Q_OBJECT

@@ -10,7 +10,7 @@ class QTimer;
 
 namespace tolvane {
 
-// A label of the cards: plain text only (a word or sentence is never markup), not selectable, no
+// A label of the cards: Qt::PlainText only (a word or sentence is never markup), not selectable, no
 // focus, wrapping at the card's width.
 class CardLabel final : public QLabel
 {

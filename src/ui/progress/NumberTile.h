@@ -9,7 +9,7 @@
 namespace tolvane {
 
 // A number in a rounded semibold face, each digit in a cell of the same width so that figures
-// do not shift sideways as they change, whatever the font's own digits do.
+// do not shift sideways as they change, whatever the font's own digits do. Qt::PlainText.
 class TabularNumberLabel final : public QLabel
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ public:
 
 private:
     TabularNumberLabel* m_value;
-    QLabel* m_caption;
+    QLabel* m_caption; // Qt::PlainText
 };
 
 } // namespace tolvane

@@ -41,6 +41,7 @@ private:
     QList<NumberTile*> m_flashcardTiles;
     NumberTile* m_successfulTile = nullptr;
     QProgressBar* m_progress = nullptr;
+    // Every text label is Qt::PlainText: the most looked-up word is the user's own text.
     QLabel* m_progressText = nullptr;
     SectionCard* m_highlights = nullptr;
     QWidget* m_streakRow = nullptr;

@@ -37,6 +37,7 @@ DeckExportPane::DeckExportPane(ReviewDeckStore& deck, const Clock& clock, QWidge
     , m_exportButton(new QPushButton)
     , m_noMatch(secondaryLabel(noMatchingCardsText()))
 {
+    // Both notes come from secondaryLabel(), so they are Qt::PlainText like every other label.
     auto* format = new SectionCard(QStringLiteral("Format"), symbolIcon(Symbol::document), QColor(0x2F, 0x6F, 0xEB));
     auto* formats = new QButtonGroup(this);
     formats->addButton(m_csv);

@@ -44,7 +44,7 @@ private:
     ExportSettings m_settings;
     QRadioButton* m_csv;
     QRadioButton* m_anki;
-    QLabel* m_ankiNote;
+    QLabel* m_ankiNote; // plainLabel()/secondaryLabel(): Qt::PlainText
     QCheckBox* m_includeNew;
     QCheckBox* m_includeKnowIt;
     QCheckBox* m_includeReviewAgain;

@@ -45,6 +45,7 @@ private:
     void startTurn(const QPixmap& from);
 
     QStackedLayout* m_faces;
+    // Qt::PlainText, all of them: they show the user's words, translations and sentences.
     QLabel* m_front;
     QLabel* m_backSource;
     QLabel* m_translation;
