@@ -67,6 +67,10 @@ enum WordList : quint32 {
     kPhrasal = 1u << 19,
     kComplement = 1u << 20,
     kFeeling = 1u << 21,
+    kMotion = 1u << 22,
+    kTwoObjects = 1u << 23,
+    kPerception = 1u << 24,
+    kResultative = 1u << 25,
 };
 
 // Whether t is a word on the list.
@@ -182,19 +186,21 @@ const QSet<QString>& modals()
 
 const QSet<QString>& beForms()
 {
-    static const QSet<QString> set = wordSet(
-        {"am",      "is",     "are",    "was",   "were",    "be",   "been",  "being", "isn't", "aren't", "wasn't",
-         "weren't", "i'm",    "you're", "we're", "they're", "he's", "she's", "it's",  "seem",  "seems",  "seemed",
-         "become",  "became", "look",   "looks", "looked",  "feel", "feels", "felt",  "get",   "got"});
+    static const QSet<QString> set =
+        wordSet({"am",     "is",     "are",     "was",    "were",   "be",     "been",    "being", "isn't",
+                 "aren't", "wasn't", "weren't", "i'm",    "you're", "we're",  "they're", "he's",  "she's",
+                 "it's",   "seem",   "seems",   "seemed", "become", "became", "look",    "looks", "looked",
+                 "feel",   "feels",  "felt",    "get",    "got",    "gets",   "getting", "gotten"});
     return set;
 }
 
 // Verbs that link a subject to a quality ("smells sour", "grew tired").
 const QSet<QString>& linkingVerbs()
 {
-    static const QSet<QString> set = wordSet({"smell",  "taste", "sound", "seem", "appear", "remain", "stay", "grow",
-                                              "become", "feel",  "look",  "turn", "keep",   "prove",  "fall", "fell",
-                                              "fallen", "grew",  "grown", "kept", "go",     "went",   "gone"});
+    static const QSet<QString> set =
+        wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",   "become",
+                 "feel",  "look",  "turn",  "keep", "prove",  "fall",   "fell", "fallen", "grew",
+                 "grown", "kept",  "go",    "went", "gone",   "run",    "ran",  "come",   "came"});
     return set;
 }
 
@@ -202,8 +208,8 @@ const QSet<QString>& linkingVerbs()
 // word that cannot be an adverb reads as a quality.
 const QSet<QString>& actionLinkingVerbs()
 {
-    static const QSet<QString> set =
-        wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown", "kept", "go", "went", "gone"});
+    static const QSet<QString> set = wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown",
+                                              "kept", "go", "went", "gone", "run", "ran", "come", "came"});
     return set;
 }
 
@@ -334,6 +340,48 @@ const QSet<QString>& complementVerbs()
     return set;
 }
 
+// Verbs of going somewhere: after them "to" leads to a place ("went to bed", "came back to work").
+const QSet<QString>& motionVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"go",   "went", "gone",  "come",  "came",    "get",  "got",    "return", "walk",  "drive", "drove",
+                 "run",  "ran",  "fly",   "flew",  "flown",   "move", "travel", "head",   "hurry", "rush",  "ride",
+                 "rode", "sail", "cycle", "bring", "brought", "take", "took",   "send",   "sent",  "invite"});
+    return set;
+}
+
+// Verbs that take a person and a thing ("sent her flowers", "told her stories").
+const QSet<QString>& twoObjectVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"give", "gave",  "given", "send",  "sent",   "buy",  "bought", "bring",  "brought", "show", "shown",
+                 "hand", "offer", "lend",  "lent",  "owe",    "pass", "teach",  "taught", "tell",    "told", "promise",
+                 "sell", "sold",  "throw", "threw", "thrown", "wish", "fetch",  "pour",   "bake",    "cook"});
+    return set;
+}
+
+// Verbs whose object does something itself ("saw her leave", "let him go").
+const QSet<QString>& perceptionVerbs()
+{
+    static const QSet<QString> set = wordSet(
+        {"see", "saw", "seen", "watch", "hear", "heard", "feel", "felt", "let", "make", "made", "help", "notice"});
+    return set;
+}
+
+// Verbs of acting on a thing that can leave it in a new state ("wiped the table clean", "kicked the
+// door open"), though they take adverbs of manner as well ("kicked the ball hard").
+const QSet<QString>& resultativeVerbs()
+{
+    static const QSet<QString> set =
+        wordSet({"wipe",   "wash",  "scrub", "rub",     "sweep", "lick",   "push",  "pull",   "kick",  "slam",
+                 "knock",  "shake", "shook", "squeeze", "boil",  "freeze", "froze", "dye",    "shave", "cut",
+                 "set",    "break", "broke", "burn",    "beat",  "tie",    "fold",  "press",  "iron",  "polish",
+                 "scrape", "brush", "drain", "fill",    "empty", "shut",   "open",  "bleach", "paint", "colour",
+                 "color",  "sand",  "blow",  "blew",    "wring", "wrung",  "rinse", "dry",    "clean", "strip",
+                 "tear",   "tore",  "torn",  "rip",     "slice", "chop",   "crush", "cook",   "fry",   "heat"});
+    return set;
+}
+
 // Every list a word form is on, from one table of whole forms and one of dictionary forms of verbs.
 quint32 listsOf(const QString& w)
 {
@@ -358,9 +406,11 @@ quint32 listsOf(const QString& w)
             {discourseMarkers(), kDiscourseMarker},
         };
         const std::pair<const QSet<QString>&, WordList> verbLists[] = {
-            {linkingVerbs(), kLinking}, {actionLinkingVerbs(), kActionLinking},
-            {phrasalVerbs(), kPhrasal}, {complementVerbs(), kComplement},
-            {feelingVerbs(), kFeeling},
+            {linkingVerbs(), kLinking},         {actionLinkingVerbs(), kActionLinking},
+            {phrasalVerbs(), kPhrasal},         {complementVerbs(), kComplement},
+            {feelingVerbs(), kFeeling},         {motionVerbs(), kMotion},
+            {twoObjectVerbs(), kTwoObjects},    {perceptionVerbs(), kPerception},
+            {resultativeVerbs(), kResultative},
         };
         std::pair<QHash<QString, quint32>, QHash<QString, quint32>> tables;
         for (const auto& [set, list] : plain) {
@@ -519,7 +569,11 @@ struct WordNetLexicalTaggerContext
                     t.thirdPerson = true;
                 }
             }
-        for (const QString& base : stems(w, QStringLiteral("ed"), true) + stems(w, QStringLiteral("d"), false)) {
+        // "-d" only after an "e" of the base ("used"), which keeps "bed" from being a form of "be".
+        QStringList pastBases = stems(w, QStringLiteral("ed"), true);
+        if (w.size() > 3 && w.endsWith(QLatin1String("ed")))
+            pastBases.append(w.chopped(1));
+        for (const QString& base : pastBases) {
             const double v = scoreOf(base, verb);
             if (v > absent) {
                 raise(tVerb, v);
@@ -709,6 +763,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // Only adverbs before it in its clause: "Never touch …" is still an imperative.
     const bool clauseStart = sentenceStart || (!around.governor && prev && prev->tag == tAdverb);
     const bool adverbLike = isParticle(w) || is(&t, kClosedAdverb);
+    // "went flat", "wiped the table clean": a word WordNet seldom uses as an adverb describes even
+    // where an adverb could stand. The scores are still the word's own here.
+    const Scores own = s;
+    const bool mostlyAdjective = canBe(t, tAdjective) && own[tAdjective] - own[tAdverb] >= 1.8;
+    auto settleAs = [&](Tag tag) { s[tag] = std::max(s[tag], *std::max_element(s.begin(), s.end()) + 1); };
 
     // "Well, …", "No, …": an interjection opening the sentence.
     if (sentenceStart && is(&t, kDiscourseMarker) && next && next->text == QLatin1String(",")) {
@@ -761,8 +820,35 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             return;
         }
     }
+    // "ten past six", "quarter to nine": a clock time.
+    if ((w == QLatin1String("past") || w == QLatin1String("to")) && prev && next && next->isWord &&
+        (isNumber(*prev) || prevWord == QLatin1String("half") || prevWord == QLatin1String("quarter")) &&
+        (next->lower.front().isDigit() || interjectionsAndNumbers().contains(next->lower))) {
+        settleAs(tPreposition);
+        return;
+    }
+    // "Turn left", "went right at the lights": a direction right after a verb; "right now".
+    const bool directionAfterVerb =
+        prev && (prev->tag == tVerb || (canBe(*prev, tVerb) && (!prevPrev || isClauseBoundary(prevPrev))));
+    if ((w == QLatin1String("left") || w == QLatin1String("right")) && directionAfterVerb && !is(prev, kAuxiliary) &&
+        !is(prev, kBeForm) && !is(prev, kHave)) {
+        settleAs(tAdverb);
+        return;
+    }
+    if (w == QLatin1String("right") && next && is(next, kClosedAdverb) && !is(next, kDegree) &&
+        !is(around.governor, kBeForm) && (!prev || prev->tag != tDeterminer)) {
+        settleAs(tAdverb);
+        return;
+    }
     // Function words whose class depends on what follows.
     if (w == QLatin1String("that")) {
+        // "Is that yours?", "Was that the last bus?": the subject of a question that opens with "be".
+        if (is(prev, kBeOnly) && (!prevPrev || isClauseBoundary(prevPrev))) {
+            const bool nounFollows = next && next->isWord && !is(next, kPronoun) && !is(next, kDeterminer) &&
+                                     canBe(*next, tNoun) && next->scores[tNoun] > next->scores[tAdjective];
+            s[nounFollows ? tDeterminer : tPronoun] += 3;
+            return;
+        }
         // "that bird?", "that car is …": a singular noun that ends its phrase.
         const bool nounPhraseEnds =
             around.afterNext && (isBoundaryOrFunction(around.afterNext) || is(around.afterNext, kAuxiliary));
@@ -788,6 +874,18 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     if (w == QLatin1String("her") || w == QLatin1String("his")) {
+        // "sent her flowers": a person and then a thing; "saw her leave": a person who acts.
+        const bool verbBefore = prev && prev->tag == tVerb;
+        const bool thingFollows = verbBefore && is(prev, kTwoObjects) && w == QLatin1String("her") && next &&
+                                  next->isWord && next->plural && next->lexicalTag == tNoun &&
+                                  (isClauseBoundary(around.afterNext) || around.afterNext->tag == tPreposition);
+        const bool actionFollows = verbBefore && is(prev, kPerception) && w == QLatin1String("her") && next &&
+                                   next->isWord && next->lexicalTag == tVerb && !next->plural && !next->pastForm &&
+                                   !next->ingForm;
+        if (thingFollows || actionFollows) {
+            s[tPronoun] += 3;
+            return;
+        }
         if (!atEnd && next->isWord && nextTag != tDeterminer && nextTag != tPronoun && nextTag != tPreposition &&
             nextTag != tAdverb && !is(next, kClosedAdverb) && !is(next, kAuxiliary) &&
             (canBe(*next, tNoun) || canBe(*next, tAdjective)))
@@ -859,8 +957,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         // "ran out of milk", "came in quietly": after its verb and with no object of its own.
         const bool particleAlone = isParticle(w) && prev && prev->tag == tVerb && next && next->isWord &&
                                    (nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
+        // "Those days are past": a state after "be", where WordNet knows the word better so.
+        if (atEnd && is(around.governor, kBeForm) && canBe(t, tAdjective) && s[tAdjective] > s[tAdverb])
+            settleAs(tAdjective);
         // "The car went under", unlike "who did you talk to?".
-        if (atEnd && prev && prev->tag == tVerb && !around.questionWordBefore && w != QLatin1String("to"))
+        else if (atEnd && prev && prev->tag == tVerb && !around.questionWordBefore && w != QLatin1String("to"))
             s[tAdverb] = std::max(s[tAdverb] + 3, s[tPreposition] + 1);
         else if ((atEnd || particleAlone) && canBe(t, tAdverb))
             s[tAdverb] += 3;
@@ -960,7 +1061,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tAdjective] -= 1;
         }
     }
-    if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
+    // "went to bed", "came back to work": after a verb of going, "to" leads to a place.
+    const bool toPlace = prevWord == QLatin1String("to") && is(around.actionVerb, kMotion) && canBe(t, tNoun) &&
+                         own[tNoun] >= own[tVerb] - 1.5 && !t.pastForm && !t.ingForm &&
+                         (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
+    if (toPlace) {
+        add(tNoun, 4);
+        s[tVerb] -= 3;
+    } else if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
     // "Can dogs swim?": right after a modal opening a question comes its subject.
@@ -1013,9 +1121,22 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     // A singular noun is not followed by a bare present verb ("the bus stop", "the museum open")
     // unless a modal, "do" or "to" earlier in the clause asks for one.
+    // Unless what follows is its object: then it is a past that looks like its present ("the car hit a tree").
+    const bool objectAfter =
+        next && next->isWord && (nextTag == tDeterminer || is(next, kPossessive) || is(next, kObjectPronoun));
     if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
-        !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) && (canBe(t, tNoun) || canBe(t, tAdjective)))
-        s[tVerb] -= 3;
+        !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) && (canBe(t, tNoun) || canBe(t, tAdjective))) {
+        if (objectAfter && s[tVerb] >= s[tNoun] && s[tVerb] >= s[tAdjective] && !clauseStart)
+            add(tVerb, 1);
+        else
+            s[tVerb] -= 3;
+    }
+    // "bread and jam is …": after "and" or "or" a list of things goes on.
+    if ((prevWord == QLatin1String("and") || prevWord == QLatin1String("or")) && prevPrev && prevPrev->tag == tNoun &&
+        canBe(t, tNoun) && !t.pastForm && !t.ingForm && (atEnd || is(next, kAuxiliary) || nextTag == tPreposition)) {
+        add(tNoun, 2.5);
+        s[tVerb] -= 2.5;
+    }
     // A participle right after another verb and before a noun describes it ("ate boiled eggs").
     if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && next &&
         next->isWord && (nextTag == tNoun || next->plural))
@@ -1043,7 +1164,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         around.governor && around.governor->tag == tVerb && !afterBe && is(around.governor, kLinking);
     const bool actionToo = is(around.governor, kActionLinking);
     if (afterLinkingVerb && canBe(t, tAdjective) && !adverbLike && (atEnd || isBoundaryOrFunction(next)) &&
-        !(actionToo && (canBe(t, tAdverb) || t.ingForm))) {
+        !(actionToo && ((canBe(t, tAdverb) && !mostlyAdjective) || t.ingForm))) {
         add(tAdjective, 3);
         if (t.ingForm || t.pastForm)
             add(tAdjective, 3.5);
@@ -1061,9 +1182,13 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         // An imperative: a bare verb followed by what it acts on.
         const bool objectFollows = next && (nextTag == tDeterminer || nextTag == tPronoun || nextTag == tPreposition ||
                                             nextTag == tAdverb || is(next, kPossessive) || isClauseBoundary(next));
+        // "Back off!", "Back away slowly": a verb with its particle, even one mostly used as an adverb.
+        const bool particleFollows =
+            sentenceStart && next && next->isWord && (isParticle(next->lower) || next->lower == QLatin1String("away"));
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
-            !(next && is(next, kAuxiliary)) && (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please")))
-            add(tVerb, prevWord == QLatin1String("please") ? 5 : 3.5);
+            !(next && is(next, kAuxiliary)) &&
+            (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please") || particleFollows))
+            add(tVerb, prevWord == QLatin1String("please") || particleFollows ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
         const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
@@ -1079,7 +1204,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             if (t.ingForm)
                 add(tNoun, 2);
         }
-        if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective))
+        if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective) && !is(&t, kDeterminer))
             add(tAdjective, 2.5);
     }
     // After an action verb and before the end of the clause or a preposition: how, not what
@@ -1088,15 +1213,27 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     const bool phraseEnds = atEnd || isBoundaryOrFunction(next) || spanDeterminers.contains(next->lower);
     if (phraseEnds && prev && prev->tag == tVerb && !is(prev, kBeForm) && !is(prev, kHave) && canBe(t, tAdverb) &&
         (!is(prev, kModal) || doForms.contains(prevWord)) &&
-        (adverbLike || !is(prev, kLinking) || is(prev, kActionLinking)))
+        (adverbLike || !is(prev, kLinking) || (is(prev, kActionLinking) && !mostlyAdjective)))
         add(tAdverb, 2.5);
     // "Push the door hard": how the action is done, after its object, unless the verb makes its object
     // into something ("found the exam hard", "painted the door green").
     if ((atEnd || nextTag == tPreposition) && prev && (prev->tag == tNoun || prev->tag == tPronoun) &&
         around.actionVerb && around.actionVerb != prev && canBe(t, tAdverb) && canBe(t, tAdjective) &&
         !is(around.actionVerb, kComplement) && !is(around.actionVerb, kLinking) &&
-        !t.text.endsWith(QLatin1String("ly")))
+        !t.text.endsWith(QLatin1String("ly")) && !(is(around.actionVerb, kResultative) && mostlyAdjective))
         add(tAdverb, 3);
+    // "wiped the table clean", "pushed the door open": what the action leaves its object as.
+    if (atEnd && prev && (prev->tag == tNoun || prev->tag == tPronoun) && around.actionVerb &&
+        around.actionVerb != prev && canBe(t, tAdjective) &&
+        (!canBe(t, tAdverb) || is(around.actionVerb, kComplement) ||
+         (is(around.actionVerb, kResultative) && mostlyAdjective)) &&
+        own[tAdjective] >= own[tVerb] - 1 && !t.pastForm && !t.ingForm &&
+        (!is(prev, kSubjectPronoun) || (prevPrev && prevPrev->tag == tVerb)) &&
+        (!around.bareVerbLicensed || is(around.actionVerb, kComplement)) && !is(&t, kClosedAdverb)) {
+        add(tAdjective, 3);
+        s[tVerb] -= 3;
+        s[tNoun] -= 2;
+    }
     if (prev && prev->tag == tAdverb && !is(prev, kDegree) && atEnd && canBe(t, tAdverb) && prevPrev &&
         prevPrev->tag == tVerb)
         add(tAdverb, 1);
