@@ -867,6 +867,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 2;
         else if (prev && prev->tag == tVerb)
             s[tConjunction] += 3;
+        else if (is(next, kAuxiliary))
+            s[tPronoun] += 3; // "That was fun.", "that will do"
         else if (next && next->isWord && (is(next, kSubjectPronoun) || nextTag == tDeterminer))
             s[tConjunction] += 2; // "clear that he lied"
         else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
@@ -1141,7 +1143,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (t.pastForm && prev && prev->tag == tVerb && !is(prev, kAuxiliary) && !is(prev, kBeForm) && next &&
         next->isWord && (nextTag == tNoun || next->plural))
         add(tAdjective, 5);
-    const bool afterBe = is(around.governor, kBeForm) || afterInvertedBe;
+    // "got up early": a particle makes "get" a verb of action.
+    const bool phrasalGet = !is(around.governor, kBeOnly) && prev != around.governor && prev && isParticle(prev->lower);
+    const bool afterBe = (is(around.governor, kBeForm) && !phrasalGet) || afterInvertedBe;
     if (afterBe) {
         if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
