@@ -896,6 +896,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tPronoun] += 3;
         return;
     }
+    // "Either you come or I leave": a pair of clauses.
+    if ((w == QLatin1String("either") || w == QLatin1String("neither")) && is(next, kSubjectPronoun)) {
+        settleAs(tConjunction);
+        return;
+    }
     if (is(&t, kDeterminer) && is(&t, kPronoun)) {
         // By what the next word mostly is: its class in context may already lean on this one.
         const Tag nextAlone = next && next->isWord ? next->lexicalTag : tNone;
@@ -909,6 +914,22 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tDeterminer] += 2;
         else
             s[tPronoun] += 2;
+        return;
+    }
+    // "as cold as ice": the first "as" measures the quality.
+    if (w == QLatin1String("as") && next && next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) &&
+        around.afterNext && around.afterNext->lower == QLatin1String("as")) {
+        settleAs(tAdverb);
+        return;
+    }
+    // "about ten pounds", "around 50 people": roughly that many.
+    if ((w == QLatin1String("about") || w == QLatin1String("around")) && next && isNumber(*next)) {
+        settleAs(tAdverb);
+        return;
+    }
+    // "I'm about to leave": on the point of.
+    if (w == QLatin1String("about") && is(prev, kBeForm) && next && next->lower == QLatin1String("to")) {
+        settleAs(tAdjective);
         return;
     }
     if (is(&t, kConjunction) && (is(&t, kPreposition) || is(&t, kClosedAdverb))) {
@@ -1065,13 +1086,19 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     }
     // "went to bed", "came back to work": after a verb of going, "to" leads to a place.
     const bool toPlace = prevWord == QLatin1String("to") && is(around.actionVerb, kMotion) && canBe(t, tNoun) &&
-                         own[tNoun] >= own[tVerb] - 1.5 && !t.pastForm && !t.ingForm &&
+                         own[tNoun] >= own[tVerb] - (around.actionVerb->ingForm ? -0.5 : 1.5) && !t.pastForm &&
+                         !t.ingForm &&
                          (atEnd || nextTag == tPreposition || nextTag == tAdverb || nextTag == tConjunction);
     if (toPlace) {
         add(tNoun, 4);
         s[tVerb] -= 3;
     } else if (prevWord == QLatin1String("to") && canBe(t, tVerb) && !t.pastForm && !t.thirdPerson)
         add(tVerb, 4);
+    // "You'd better hurry", "we had better go".
+    if (prevWord == QLatin1String("better") && prevPrev &&
+        (prevPrev->lower == QLatin1String("had") || prevPrev->lower.endsWith(QLatin1String("'d"))) && canBe(t, tVerb) &&
+        !t.pastForm && !t.thirdPerson && !t.ingForm)
+        add(tVerb, 8);
     // A modal, also across an adverb ("would never lie"); a bare "did" may be the verb itself ("did well").
     // "Can dogs swim?": right after a modal opening a question comes its subject.
     const bool subjectOfQuestion = around.invertedModal && prev == around.governor && canBe(t, tNoun) &&
@@ -1164,6 +1191,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tAdjective, 4);
         s[tNoun] -= 1;
     }
+    // "fast asleep", "wide awake": a word that measures the quality after it.
+    if (afterBe && canBe(t, tAdverb) && next && next->isWord && next->lexicalTag == tAdjective &&
+        !canBe(*next, tNoun) && isClauseBoundary(around.afterNext))
+        add(tAdverb, 5);
     const bool afterLinkingVerb =
         around.governor && around.governor->tag == tVerb && !afterBe && is(around.governor, kLinking);
     const bool actionToo = is(around.governor, kActionLinking);
