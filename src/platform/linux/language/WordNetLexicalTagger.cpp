@@ -820,6 +820,15 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             return;
         }
     }
+    // "Text me", "please email us": only a verb takes "me" or "them" right after it, even one WordNet
+    // knows as a noun alone.
+    const bool closedClass =
+        t.lists & (kDeterminer | kPronoun | kPreposition | kConjunction | kClosedAdverb | kAuxiliary);
+    if (!closedClass && next && is(next, kObjectPronoun) && next->lower != QLatin1String("her") &&
+        (clauseStart || prevWord == QLatin1String("please") || prevWord == QLatin1String("to") || is(prev, kModal))) {
+        s[tVerb] = std::max(s[tVerb], *std::max_element(s.begin(), s.end()) + 1);
+        return;
+    }
     // "ten past six", "quarter to nine": a clock time.
     if ((w == QLatin1String("past") || w == QLatin1String("to")) && prev && next && next->isWord &&
         (isNumber(*prev) || prevWord == QLatin1String("half") || prevWord == QLatin1String("quarter")) &&
@@ -908,7 +917,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             !atEnd && (nominal(nextAlone) || (next->isWord && (canBe(*next, tNoun) || canBe(*next, tAdjective)))) &&
             !is(next, kAuxiliary) && !is(next, kClosedAdverb) && nextAlone != tPreposition &&
             nextAlone != tDeterminer && nextAlone != tPronoun &&
-            !(next->pastForm && isClauseBoundary(around.afterNext)); // "What happened?"
+            !(next->pastForm && isClauseBoundary(around.afterNext)) &&                // "What happened?"
+            !(w == QLatin1String("this") && next->thirdPerson && nextAlone == tVerb); // "This helps a lot."
         const bool oneFollows = next && (next->lower == QLatin1String("one") || next->lower == QLatin1String("ones"));
         if (followedByNominal || oneFollows) // "this one"
             s[tDeterminer] += 2;
@@ -1018,6 +1028,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tNoun] += 4;
         else if (prev && prev->tag == tVerb)
             s[tAdverb] += 4;
+        else if (sentenceStart && is(next, kAuxiliary))
+            s[tNoun] += 4; // "Home is where …"
         return;
     }
 
@@ -1223,7 +1235,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
             !(next && is(next, kAuxiliary)) &&
             (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please") || particleFollows))
-            add(tVerb, prevWord == QLatin1String("please") || particleFollows ? 5 : 3.5);
+            add(tVerb, prevWord == QLatin1String("please") || particleFollows || is(next, kObjectPronoun) ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
         const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
