@@ -125,6 +125,13 @@ private Q_SLOTS:
             {"preposition opening a sentence", "Inside the tent was warm.", "Inside", preposition},
             {"capitalised name inside a sentence", "Jack and Rose sang.", "Rose", noun},
             {"capitalised name after a verb", "We met Rose there.", "Rose", noun},
+            {"direction after a verb", "Turn left at the lights.", "left", adverb},
+            {"clock time", "It is ten past six.", "past", preposition},
+            {"state the action leaves its object in", "She wiped the table clean.", "clean", adjective},
+            {"person before a thing after a verb of giving", "I sent her flowers.", "her", pronoun},
+            {"place after a verb of going, not a form of be", "She went to bed early.", "bed", noun},
+            {"past that looks like its present before an object", "The old car hit a tree.", "hit", verb},
+            {"only a verb takes me after it", "Text me later.", "Text", verb},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
@@ -161,6 +168,10 @@ private Q_SLOTS:
             {"preposition left behind by a question word", "Who did you talk to?", "to", preposition},
             {"participle of an event after be", "The car was sold.", "sold", verb},
             {"participle of a state after be", "The vase is broken.", "broken", adjective},
+            {"her before a plural owns it", "We met her parents.", "her", determiner},
+            {"left as the past of leave", "She left yesterday.", "left", verb},
+            {"verb after going to", "I'm going to cook tonight.", "cook", verb},
+            {"manner after a verb that leaves no state", "You spelled it wrong.", "wrong", adverb},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
