@@ -115,7 +115,7 @@ const QSet<QString>& pronouns()
          "much",    "each",    "one",      "i'm",       "you're",     "we're",      "they're", "he's",     "she's",
          "it's",    "i'll",    "you'll",   "we'll",     "they'll",    "he'll",      "she'll",  "i've",     "you've",
          "we've",   "they've", "i'd",      "you'd",     "he'd",       "she'd",      "we'd",    "they'd",   "it'll",
-         "it'd",    "who'll",  "who'd",    "that'll"});
+         "it'd",    "who'll",  "who'd",    "that'll",   "whose"});
     return set;
 }
 
@@ -538,8 +538,12 @@ struct WordNetLexicalTaggerContext
         if (const auto e = find(w)) {
             for (int c = 0; c < openClassCount; ++c)
                 s[c] = openClassScore(e->taggedUses[c], e->senses[c]);
-            if (e->flags & irregularVerbForm)
+            if (e->flags & irregularVerbForm) {
                 t.pastForm = true;
+                // "stolen bikes", "a frozen lake": an irregular participle describes as a regular one does.
+                if (s[tAdjective] <= absent && s[tVerb] > absent)
+                    s[tAdjective] = s[tVerb] - 2.0;
+            }
             if (e->flags & irregularPlural)
                 t.plural = true;
             t.oftenAdjective = e->taggedUses[adjective] >= 10;
@@ -815,7 +819,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             next && next->isWord &&
             (comparatives.contains(next->lower) ||
              (next->lower.endsWith(QLatin1String("er")) && (canBe(*next, tAdjective) || canBe(*next, tAdverb))));
-        if (comparativeFollows || atEnd) {
+        // "far away", "far behind": how far from here.
+        const bool placeFollows =
+            next && next->isWord && (isParticle(next->lower) || is(next, kClosedAdverb)) && !is(next, kDegree);
+        if (comparativeFollows || atEnd || placeFollows) {
             s[tAdverb] = std::max(s[tAdverb], *std::max_element(s.begin(), s.end()) + 1);
             return;
         }
@@ -910,6 +917,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         settleAs(tConjunction);
         return;
     }
+    // "What a day!", "such a pity": an exclamation about the noun.
+    if ((w == QLatin1String("what") || w == QLatin1String("such")) && next &&
+        (next->lower == QLatin1String("a") || next->lower == QLatin1String("an"))) {
+        settleAs(tDeterminer);
+        return;
+    }
     if (is(&t, kDeterminer) && is(&t, kPronoun)) {
         // By what the next word mostly is: its class in context may already lean on this one.
         const Tag nextAlone = next && next->isWord ? next->lexicalTag : tNone;
@@ -952,10 +965,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             return;
         }
         if (w == QLatin1String("yet")) {
-            if (atEnd)
-                s[tAdverb] += 3;
-            else if (!prev || isClauseBoundary(prev) || prevWord == QLatin1String("and"))
-                s[tConjunction] += 3;
+            if (atEnd || (next && next->lower == QLatin1String("another")))
+                s[tAdverb] += 3; // "not yet", "yet another"
+            else if (!prev || isClauseBoundary(prev) || prevWord == QLatin1String("and") ||
+                     (prev->tag == tAdjective && canBe(*next, tAdjective)))
+                s[tConjunction] += 3; // "small yet comfortable"
             return;
         }
         if (clauseFollows)
@@ -1042,7 +1056,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
 
     // Open-class words.
     static const QSet<QString> doForms = wordSet({"do", "does", "did"});
-    if (afterDeterminer) {
+    // "such a", "what a", "all the": an article after a determiner is still an article.
+    const bool article = w == QLatin1String("a") || w == QLatin1String("an") || w == QLatin1String("the");
+    if (afterDeterminer && !article) {
         add(tNoun, 3);
         add(tAdjective, 1.5);
         s[tVerb] -= 5;
@@ -1253,6 +1269,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         }
         if (next && next->isWord && nextTag == tNoun && canBe(t, tAdjective) && !is(&t, kDeterminer))
             add(tAdjective, 2.5);
+        // "Building a house takes time": an -ing form with its object opening a sentence names the activity.
+        if (sentenceStart && t.ingForm && canBe(t, tNoun) && next && next->isWord &&
+            (nextTag == tDeterminer || is(next, kPossessive)))
+            add(tNoun, 4);
     }
     // After an action verb and before the end of the clause or a preposition: how, not what
     // ("rained hard all night", "flew high above").
