@@ -200,7 +200,7 @@ const QSet<QString>& linkingVerbs()
     static const QSet<QString> set =
         wordSet({"smell", "taste", "sound", "seem", "appear", "remain", "stay", "grow",   "become",
                  "feel",  "look",  "turn",  "keep", "prove",  "fall",   "fell", "fallen", "grew",
-                 "grown", "kept",  "go",    "went", "gone",   "run",    "ran",  "come",   "came"});
+                 "grown", "kept",  "go",    "went", "gone",   "run",    "ran"});
     return set;
 }
 
@@ -209,7 +209,7 @@ const QSet<QString>& linkingVerbs()
 const QSet<QString>& actionLinkingVerbs()
 {
     static const QSet<QString> set = wordSet({"remain", "stay", "grow", "turn", "keep", "prove", "grew", "grown",
-                                              "kept", "go", "went", "gone", "run", "ran", "come", "came"});
+                                              "kept", "go", "went", "gone", "run", "ran"});
     return set;
 }
 
@@ -540,8 +540,10 @@ struct WordNetLexicalTaggerContext
                 s[c] = openClassScore(e->taggedUses[c], e->senses[c]);
             if (e->flags & irregularVerbForm) {
                 t.pastForm = true;
-                // "stolen bikes", "a frozen lake": an irregular participle describes as a regular one does.
-                if (s[tAdjective] <= absent && s[tVerb] > absent)
+                // "stolen bikes", "a torn page": an irregular participle describes as a regular one does.
+                const bool participleShape = w.endsWith(QLatin1String("en")) || w.endsWith(QLatin1String("wn")) ||
+                                             w.endsWith(QLatin1String("rn"));
+                if (participleShape && w != QLatin1String("been") && s[tAdjective] <= absent && s[tVerb] > absent)
                     s[tAdjective] = s[tVerb] - 2.0;
             }
             if (e->flags & irregularPlural)
@@ -741,6 +743,7 @@ struct Surroundings
     bool invertedModal = false;        // the clause opens with a modal or "do" ("Can dogs swim?")
     bool verbSinceOpening = false;     // a verb between the clause's first word and this one
     bool questionWordBefore = false;   // "what", "who", … earlier in the clause ("Who did you talk to?")
+    bool thereIs = false;              // the governor is "be" after "there" ("There is still hope.")
     const Token* actionVerb = nullptr; // the last verb before the word in its clause that is not "be" or an auxiliary
 };
 
@@ -774,7 +777,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     auto settleAs = [&](Tag tag) { s[tag] = std::max(s[tag], *std::max_element(s.begin(), s.end()) + 1); };
 
     // "Well, …", "No, …": an interjection opening the sentence.
-    if (sentenceStart && is(&t, kDiscourseMarker) && next && next->text == QLatin1String(",")) {
+    const bool afterInterjection = prev && prev->isWord && prev->tag == tNone; // "Oh no, …"
+    if ((sentenceStart || afterInterjection) && is(&t, kDiscourseMarker) && next && next->text == QLatin1String(",")) {
         s.fill(absent);
         s[tNone] = closedClassScore;
         return;
@@ -851,8 +855,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         settleAs(tAdverb);
         return;
     }
-    if (w == QLatin1String("right") && next && is(next, kClosedAdverb) && !is(next, kDegree) &&
-        !is(around.governor, kBeForm) && (!prev || prev->tag != tDeterminer)) {
+    static const QSet<QString> places = wordSet({"here", "there", "away", "back", "now", "then", "ahead", "behind"});
+    if (w == QLatin1String("right") && next && (places.contains(next->lower) || is(next, kTimeAdverb)) &&
+        (!prev || prev->tag != tDeterminer)) {
         settleAs(tAdverb);
         return;
     }
@@ -1080,7 +1085,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tNoun, 2); // "went to the fair."
             s[tAdjective] -= 2;
         }
-    } else if (prev && prev->tag == tAdjective && !is(prev, kBeForm) && !is(&t, kClosedAdverb)) {
+    } else if (prev && prev->tag == tAdjective && !is(prev, kBeForm) && !is(&t, kClosedAdverb) && !is(&t, kAuxiliary)) {
         add(tNoun, 2.5);
         s[tVerb] -= 3;
         // "the lovely present.": the word that closes the phrase is its noun.
@@ -1201,7 +1206,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // "got up early": a particle makes "get" a verb of action.
     const bool phrasalGet = !is(around.governor, kBeOnly) && prev != around.governor && prev && isParticle(prev->lower);
     const bool afterBe = (is(around.governor, kBeForm) && !phrasalGet) || afterInvertedBe;
-    if (afterBe) {
+    if (around.thereIs && canBe(t, tNoun) && !adverbLike && own[tNoun] >= own[tAdjective]) {
+        add(tNoun, 3); // what there is is a thing
+        s[tVerb] -= 3;
+    } else if (afterBe) {
         if (adverbLike && canBe(t, tAdverb))
             add(tAdverb, 2);
         else
@@ -1232,6 +1240,8 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         if (t.ingForm || t.pastForm)
             add(tAdjective, 3.5);
     }
+    if (prevWord == QLatin1String("being") && t.pastForm)
+        add(tVerb, 5); // "is being repaired"
     if (is(prev, kHave) && t.pastForm)
         add(tVerb, 5);
     if (is(prev, kDegree)) {
@@ -1254,10 +1264,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tVerb, prevWord == QLatin1String("please") || particleFollows || is(next, kObjectPronoun) ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
-        const bool describesSubject = next && next->isWord && next->plural && canBe(*next, tNoun) && verbAfter &&
-                                      verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) &&
-                                      !verbAfter->thirdPerson && !is(&t, kDeterminer) && !adverbLike &&
-                                      !is(&t, kAuxiliary);
+        const bool describesSubject =
+            next && next->isWord && next->plural && canBe(*next, tNoun) && !is(next, kAuxiliary) && verbAfter &&
+            verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) && !verbAfter->thirdPerson &&
+            !is(&t, kDeterminer) && !adverbLike && !is(&t, kAuxiliary);
         if (describesSubject) {
             add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
             s[tVerb] -= 2;
@@ -1339,8 +1349,11 @@ void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsiz
         const Token& before = tokens[static_cast<std::size_t>(j)];
         if (isClauseBoundary(&before))
             break;
-        if (!around.governor && before.tag != tAdverb)
+        if (!around.governor && before.tag != tAdverb) {
             around.governor = &before;
+            around.thereIs = is(&before, kBeOnly) && j > 0 &&
+                             tokens[static_cast<std::size_t>(j - 1)].lower == QLatin1String("there");
+        }
         around.bareVerbLicensed = around.bareVerbLicensed || is(&before, kBareVerbLicensor);
         if (!around.actionVerb && before.tag == tVerb && !is(&before, kAuxiliary) && !is(&before, kBeForm))
             around.actionVerb = &before;
@@ -1402,7 +1415,7 @@ std::optional<LexicalClass> WordNetLexicalTagger::lexicalClass(const QString& se
     }
     // Nouns that are plural without an ending WordNet marks.
     static const QSet<QString> unmarkedPlurals =
-        wordSet({"people", "police", "cattle", "staff", "clergy", "sheep", "deer"});
+        wordSet({"people", "police", "cattle", "staff", "clergy", "sheep", "deer", "fish", "aircraft"});
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         if (tokens[i].isWord &&
             (unmarkedPlurals.contains(tokens[i].lower) || (i > 0 && pluralDeterminers().contains(tokens[i - 1].lower))))
