@@ -270,7 +270,8 @@ const QSet<QString>& objectPronouns()
 // Words that open a sentence as an interjection when a comma follows ("Well, …", "No, …").
 const QSet<QString>& discourseMarkers()
 {
-    static const QSet<QString> set = wordSet({"well", "no", "yes", "oh", "ok", "okay"});
+    static const QSet<QString> set =
+        wordSet({"well", "no", "yes", "oh", "ok", "okay", "fine", "sure", "alright", "right"});
     return set;
 }
 
@@ -831,12 +832,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             return;
         }
     }
-    // "Text me", "please email us": only a verb takes "me" or "them" right after it, even one WordNet
-    // knows as a noun alone.
+    // "Text me", "the dog that bit me": besides a preposition only a verb takes "me" or "them" right after
+    // it, even one WordNet knows as a noun alone.
     const bool closedClass =
-        t.lists & (kDeterminer | kPronoun | kPreposition | kConjunction | kClosedAdverb | kAuxiliary);
-    if (!closedClass && next && is(next, kObjectPronoun) && next->lower != QLatin1String("her") &&
-        (clauseStart || prevWord == QLatin1String("please") || prevWord == QLatin1String("to") || is(prev, kModal))) {
+        t.lists & (kDeterminer | kPronoun | kPreposition | kConjunction | kClosedAdverb | kAuxiliary | kDegree);
+    if (!closedClass && !canBe(t, tNone) && next && is(next, kObjectPronoun) && next->lower != QLatin1String("her")) {
         s[tVerb] = std::max(s[tVerb], *std::max_element(s.begin(), s.end()) + 1);
         return;
     }
@@ -853,6 +853,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if ((w == QLatin1String("left") || w == QLatin1String("right")) && directionAfterVerb && !is(prev, kAuxiliary) &&
         !is(prev, kBeForm) && !is(prev, kHave)) {
         settleAs(tAdverb);
+        return;
+    }
+    // "Take the first left": the turning itself.
+    if ((w == QLatin1String("left") || w == QLatin1String("right")) && prev && prev->tag == tAdjective && prevPrev &&
+        prevPrev->tag == tDeterminer && (atEnd || nextTag == tPreposition)) {
+        settleAs(tNoun);
         return;
     }
     static const QSet<QString> places = wordSet({"here", "there", "away", "back", "now", "then", "ahead", "behind"});
@@ -890,8 +896,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             s[tConjunction] += 3;
         else if (is(next, kAuxiliary))
             s[tPronoun] += 3; // "That was fun.", "that will do"
-        else if (next && next->isWord && (is(next, kSubjectPronoun) || nextTag == tDeterminer))
-            s[tConjunction] += 2; // "clear that he lied"
+        else if (next && next->isWord &&
+                 (is(next, kSubjectPronoun) || nextTag == tDeterminer ||
+                  (nextTag == tPronoun && !is(next, kObjectPronoun)))) // "so fast that nobody understood"
+            s[tConjunction] += 2;                                      // "clear that he lied"
         else if (next && canBe(*next, tVerb) && !canBe(*next, tNoun))
             s[tPronoun] += 1.5;
         return;
@@ -920,6 +928,16 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // "Either you come or I leave": a pair of clauses.
     if ((w == QLatin1String("either") || w == QLatin1String("neither")) && is(next, kSubjectPronoun)) {
         settleAs(tConjunction);
+        return;
+    }
+    // "most people", "most of them", "the most beautiful", "what I like most".
+    if (w == QLatin1String("most")) {
+        if (atEnd || (next->isWord && (canBe(*next, tAdjective) || canBe(*next, tAdverb)) && !canBe(*next, tNoun)))
+            settleAs(tAdverb);
+        else if (next->lower == QLatin1String("of"))
+            settleAs(tPronoun);
+        else if (next->isWord && canBe(*next, tNoun))
+            settleAs(tDeterminer);
         return;
     }
     // "What a day!", "such a pity": an exclamation about the noun.
@@ -1160,8 +1178,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     if (around.invertedModal && !around.verbSinceOpening && prev && prev->tag == tNoun && canBe(t, tVerb) &&
         !t.thirdPerson && !t.pastForm && !t.ingForm)
         add(tVerb, 3);
+    // "sells second-hand books": a plural after a verb's bare object is more of the object.
+    const bool moreObject =
+        prevPrev && prevPrev->tag == tVerb && !is(prevPrev, kAuxiliary) && t.plural && own[tNoun] >= own[tVerb];
     if (prev && prev->tag == tNoun && !prev->plural && t.thirdPerson && canBe(t, tVerb) && !isClauseBoundary(prev) &&
-        (!prevPrev || prevPrev->tag != tPreposition))
+        (!prevPrev || prevPrev->tag != tPreposition) && !moreObject)
         add(tVerb, 2.5);
     if (prev && prev->tag == tPronoun && !is(prev, kObjectPronoun) && t.thirdPerson && canBe(t, tVerb))
         add(tVerb, 3); // "that sounds", "everyone knows"
