@@ -979,7 +979,9 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         return;
     }
     if (is(&t, kConjunction) && (is(&t, kPreposition) || is(&t, kClosedAdverb))) {
-        const bool clauseFollows = next && next->isWord && is(next, kSubjectPronoun);
+        const bool clauseFollows =
+            next && next->isWord &&
+            (is(next, kSubjectPronoun) || (is(next, kPronoun) && (is(next, kBeOnly) || is(next, kHave)))); // "you're"
         if (w == QLatin1String("so")) {
             if (next && (nextTag == tAdjective || nextTag == tAdverb || canBe(*next, tAdjective)) && !clauseFollows)
                 s[tAdverb] += 3;
@@ -997,10 +999,15 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         }
         if (clauseFollows)
             s[tConjunction] += 3;
-        else if (atEnd && canBe(t, tAdverb))
-            s[tAdverb] += 3;
+        else if (atEnd)
+            settleAs(tAdverb); // "soon after", "not seen him since"
         else
             s[tPreposition] += 1;
+        return;
+    }
+    // "because of the rain".
+    if (w == QLatin1String("because") && next && next->lower == QLatin1String("of")) {
+        settleAs(tPreposition);
         return;
     }
     // A number counts what follows ("two runs") unless it labels what precedes ("Page 42 has").
@@ -1302,8 +1309,15 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             add(tAdjective, 2.5);
         // "Building a house takes time": an -ing form with its object opening a sentence names the activity.
         if (sentenceStart && t.ingForm && canBe(t, tNoun) && next && next->isWord &&
-            (nextTag == tDeterminer || is(next, kPossessive)))
+            (nextTag == tDeterminer || is(next, kPossessive) ||
+             (is(next, kClosedAdverb) && is(around.afterNext, kAuxiliary)))) // "Living here is cheap."
             add(tNoun, 4);
+        // "Change trains at York": a bare plural it acts on.
+        if (sentenceStart && canBe(t, tVerb) && !t.plural && !t.pastForm && !t.ingForm &&
+            own[tVerb] >= own[tNoun] - 1 && next && next->isWord && next->plural && next->lexicalTag == tNoun &&
+            (isClauseBoundary(around.afterNext) || around.afterNext->tag == tPreposition ||
+             around.afterNext->tag == tDeterminer))
+            add(tVerb, 3.5);
     }
     // After an action verb and before the end of the clause or a preposition: how, not what
     // ("rained hard all night", "flew high above").
@@ -1325,7 +1339,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         around.actionVerb != prev && canBe(t, tAdjective) &&
         (!canBe(t, tAdverb) || is(around.actionVerb, kComplement) ||
          (is(around.actionVerb, kResultative) && mostlyAdjective)) &&
-        own[tAdjective] >= own[tVerb] - 1 && !t.pastForm && !t.ingForm &&
+        (is(around.actionVerb, kComplement) || own[tAdjective] >= own[tVerb] - 1) && !t.pastForm && !t.ingForm &&
         (!is(prev, kSubjectPronoun) || (prevPrev && prevPrev->tag == tVerb)) &&
         (!around.bareVerbLicensed || is(around.actionVerb, kComplement)) && !is(&t, kClosedAdverb)) {
         add(tAdjective, 3);
