@@ -1105,6 +1105,10 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         else if (!atEnd && next->isWord &&
                  (nextTag == tVerb || is(next, kAuxiliary) || next->lower == QLatin1String("of")))
             add(tNoun, 3); // "the close of trading"
+        else if (atEnd && prevWord == QLatin1String("the") && is(prevPrev, kBeForm) &&
+                 (w == QLatin1String("best") || w == QLatin1String("worst") ||
+                  (w.endsWith(QLatin1String("est")) && own[tAdjective] > own[tNoun])))
+            add(tAdjective, 4); // "She is the best."
         else if (atEnd && (is(prev, kPossessive) || prevWord == QLatin1String("the") ||
                            prevWord == QLatin1String("a") || prevWord == QLatin1String("an"))) {
             add(tNoun, 2); // "went to the fair."
@@ -1234,7 +1238,11 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // "got up early": a particle makes "get" a verb of action.
     const bool phrasalGet = !is(around.governor, kBeOnly) && prev != around.governor && prev && isParticle(prev->lower);
     const bool afterBe = (is(around.governor, kBeForm) && !phrasalGet) || afterInvertedBe;
-    if (around.thereIs && canBe(t, tNoun) && !adverbLike && own[tNoun] >= own[tAdjective]) {
+    // "The water was still.": words that as adverbs only lead into what they modify end a clause as qualities.
+    static const QSet<QString> leadingAdverbs = wordSet({"still", "even", "just"});
+    if (afterBe && atEnd && leadingAdverbs.contains(w) && canBe(t, tAdjective))
+        settleAs(tAdjective);
+    else if (around.thereIs && canBe(t, tNoun) && !adverbLike && own[tNoun] >= own[tAdjective]) {
         add(tNoun, 3); // what there is is a thing
         s[tVerb] -= 3;
     } else if (afterBe) {
