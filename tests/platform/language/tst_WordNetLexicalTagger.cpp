@@ -132,6 +132,9 @@ private Q_SLOTS:
             {"place after a verb of going, not a form of be", "She went to bed early.", "bed", noun},
             {"past that looks like its present before an object", "The old car hit a tree.", "hit", verb},
             {"only a verb takes me after it", "Text me later.", "Text", verb},
+            {"still ending a clause after be", "The lake was still.", "still", adjective},
+            {"be after an -ing subject stays a verb", "Waiting is boring.", "is", verb},
+            {"clause after a contracted subject", "Wait until you're ready.", "until", conjunction},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);
