@@ -1180,10 +1180,12 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         s[tNoun] -= 2;
         s[tAdjective] -= 2;
     }
-    if (prev && prev->tag == tNoun && prev->plural && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
+    // "Kate and Tom dance": two nouns joined by "and" are as plural as one in -s.
+    const bool pairBefore = prev && prev->tag == tNoun && prevPrev && prevPrev->lower == QLatin1String("and");
+    if (prev && prev->tag == tNoun && (prev->plural || pairBefore) && canBe(t, tVerb) && !t.thirdPerson && !t.ingForm &&
         !around.invertedBe &&
         (!prevPrev || prevPrev->tag == tDeterminer || isClauseBoundary(prevPrev) || prevPrev->tag == tAdjective ||
-         isPossessiveNoun(prevPrev)))
+         isPossessiveNoun(prevPrev) || pairBefore))
         add(tVerb, 2.5);
     // "Can dogs swim?", "Does the shop open early?": the verb after an inverted modal's subject.
     if (around.invertedModal && !around.verbSinceOpening && prev && prev->tag == tNoun && canBe(t, tVerb) &&
@@ -1218,9 +1220,17 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // Unless what follows is its object: then it is a past that looks like its present ("the car hit a tree").
     const bool objectAfter =
         next && next->isWord && (nextTag == tDeterminer || is(next, kPossessive) || is(next, kObjectPronoun));
-    if (prev && prev->tag == tNoun && !prev->plural && !around.bareVerbLicensed && canBe(t, tVerb) && !t.thirdPerson &&
-        !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) && (canBe(t, tNoun) || canBe(t, tAdjective))) {
-        if (objectAfter && s[tVerb] >= s[tNoun] && s[tVerb] >= s[tAdjective] && !clauseStart)
+    // "The sun set at six", "the ticket cost ten pounds": a verb whose past is its present.
+    static const QSet<QString> sameFormPasts = wordSet(
+        {"cost", "cut", "hit", "hurt", "let", "put", "set", "shut", "spread", "quit", "split", "burst", "read"});
+    const bool pastAfterSubject = sameFormPasts.contains(w) && next && next->isWord && !is(next, kAuxiliary) &&
+                                  nextTag != tVerb && nextTag != tNoun && !next->plural;
+    if (prev && prev->tag == tNoun && !prev->plural && !pairBefore && !around.bareVerbLicensed && canBe(t, tVerb) &&
+        !t.thirdPerson && !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) &&
+        (canBe(t, tNoun) || canBe(t, tAdjective))) {
+        if (pastAfterSubject && !clauseStart)
+            add(tVerb, 2);
+        else if (objectAfter && s[tVerb] >= s[tNoun] && s[tVerb] >= s[tAdjective] && !clauseStart)
             add(tVerb, 1);
         else
             s[tVerb] -= 3;
