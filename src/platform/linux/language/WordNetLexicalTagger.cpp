@@ -1223,12 +1223,14 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
     // "The sun set at six", "the ticket cost ten pounds": a verb whose past is its present.
     static const QSet<QString> sameFormPasts = wordSet(
         {"cost", "cut", "hit", "hurt", "let", "put", "set", "shut", "spread", "quit", "split", "burst", "read"});
-    const bool pastAfterSubject = sameFormPasts.contains(w) && next && next->isWord && !is(next, kAuxiliary) &&
-                                  nextTag != tVerb && nextTag != tNoun && !next->plural;
+    const auto pastAfterSubject = [&] {
+        return next && next->isWord && !is(next, kAuxiliary) && nextTag != tVerb && nextTag != tNoun && !next->plural &&
+               sameFormPasts.contains(w);
+    };
     if (prev && prev->tag == tNoun && !prev->plural && !pairBefore && !around.bareVerbLicensed && canBe(t, tVerb) &&
         !t.thirdPerson && !t.pastForm && !t.ingForm && !is(&t, kAuxiliary) &&
         (canBe(t, tNoun) || canBe(t, tAdjective))) {
-        if (pastAfterSubject && !clauseStart)
+        if (!clauseStart && pastAfterSubject())
             add(tVerb, 2);
         else if (objectAfter && s[tVerb] >= s[tNoun] && s[tVerb] >= s[tAdjective] && !clauseStart)
             add(tVerb, 1);
