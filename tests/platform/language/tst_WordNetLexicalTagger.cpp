@@ -216,6 +216,9 @@ private Q_SLOTS:
             QStringLiteral("a 10-minute"), QStringLiteral("re-"),
             QStringLiteral("Dr."),         QStringLiteral("\"Stop,\" he said \u2014 and"),
             QStringLiteral("enough"),      QStringLiteral("much colder than"),
+            QStringLiteral("most"),        QStringLiteral("most -"),
+            QStringLiteral("ten past"),    QStringLiteral("small yet"),
+            QStringLiteral("Turn left"),   QStringLiteral("sent her"),
         };
         for (const QString& text : texts) {
             // Every letter of a word is tagged as the word.
