@@ -135,6 +135,7 @@ private Q_SLOTS:
             {"still ending a clause after be", "The lake was still.", "still", adjective},
             {"be after an -ing subject stays a verb", "Waiting is boring.", "is", verb},
             {"clause after a contracted subject", "Wait until you're ready.", "until", conjunction},
+            {"-es only after a hiss, so bees is no form of be", "Bees make honey.", "Bees", noun},
         };
         for (const auto& [name, sentence, word, expected] : rows)
             QTest::newRow(name) << QString::fromUtf8(sentence) << QString::fromUtf8(word) << int(expected);

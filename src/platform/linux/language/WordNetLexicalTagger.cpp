@@ -553,7 +553,16 @@ struct WordNetLexicalTaggerContext
         }
         auto raise = [&](Tag tag, double value) { s[tag] = std::max(s[tag], value); };
         // Regular inflections, a little below the base word's own standing.
-        for (const QString& base : stems(w, QStringLiteral("s"), false) + stems(w, QStringLiteral("es"), false)) {
+        // "-es" only after a hiss or an "o" ("boxes", "goes"), which keeps "bees" from being a form of "be".
+        QStringList sBases = stems(w, QStringLiteral("s"), false);
+        for (const QString& base : stems(w, QStringLiteral("es"), false)) {
+            static const QLatin1String hisses[] = {QLatin1String("s"),  QLatin1String("x"),  QLatin1String("z"),
+                                                   QLatin1String("ch"), QLatin1String("sh"), QLatin1String("o")};
+            if (std::any_of(std::begin(hisses), std::end(hisses),
+                            [&](QLatin1String end) { return base.endsWith(end); }))
+                sBases.append(base);
+        }
+        for (const QString& base : sBases) {
             const double n = scoreOf(base, noun);
             const double v = scoreOf(base, verb);
             if (n > absent) {
@@ -908,7 +917,7 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         // "sent her flowers": a person and then a thing; "saw her leave": a person who acts.
         const bool verbBefore = prev && prev->tag == tVerb;
         const bool thingFollows = verbBefore && is(prev, kTwoObjects) && w == QLatin1String("her") && next &&
-                                  next->isWord && next->plural && next->lexicalTag == tNoun &&
+                                  next->isWord && next->plural && canBe(*next, tNoun) &&
                                   (isClauseBoundary(around.afterNext) || around.afterNext->tag == tPreposition);
         const bool actionFollows = verbBefore && is(prev, kPerception) && w == QLatin1String("her") && next &&
                                    next->isWord && next->lexicalTag == tVerb && !next->plural && !next->pastForm &&
@@ -1306,15 +1315,19 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
         // "Back off!", "Back away slowly": a verb with its particle, even one mostly used as an adverb.
         const bool particleFollows =
             sentenceStart && next && next->isWord && (isParticle(next->lower) || next->lower == QLatin1String("away"));
-        if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows &&
+        // "Quiet, please!": a word mostly used as a quality is no imperative when nothing follows it.
+        const bool qualityAlone = isClauseBoundary(next) && own[tAdjective] > own[tVerb];
+        if (canBe(t, tVerb) && !t.thirdPerson && !t.pastForm && !t.ingForm && objectFollows && !qualityAlone &&
             !(next && is(next, kAuxiliary)) &&
             (!is(&t, kClosedAdverb) || prevWord == QLatin1String("please") || particleFollows))
             add(tVerb, prevWord == QLatin1String("please") || particleFollows || is(next, kObjectPronoun) ? 5 : 3.5);
         // "Correct answers earn a point": a word before a plural subject and its verb describes it.
         const Token* verbAfter = around.afterNext;
+        // "Mum likes quiet evenings": not a word seldom used to describe before one mostly a verb in -s.
         const bool describesSubject =
             next && next->isWord && next->plural && canBe(*next, tNoun) && !is(next, kAuxiliary) && verbAfter &&
-            verbAfter->isWord && (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) && !verbAfter->thirdPerson &&
+            !(next->thirdPerson && next->lexicalTag == tVerb && own[tAdjective] < 2.5) && verbAfter->isWord &&
+            (canBe(*verbAfter, tVerb) || is(verbAfter, kAuxiliary)) && !verbAfter->thirdPerson &&
             !is(&t, kDeterminer) && !adverbLike && !is(&t, kAuxiliary);
         if (describesSubject) {
             add(canBe(t, tAdjective) ? tAdjective : tNoun, 3);
