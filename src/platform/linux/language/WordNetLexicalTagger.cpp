@@ -949,6 +949,23 @@ void applyContext(Token& t, const Token* prev, const Token* prevPrev, const Toke
             settleAs(tDeterminer);
         return;
     }
+    // "more time", "more slowly", "I want more.": an amount of a thing, a degree, or the amount itself.
+    if ((w == QLatin1String("more") || w == QLatin1String("less") || w == QLatin1String("fewer")) && next) {
+        if (next->isWord && canBe(*next, tNoun) && next->lexicalTag == tNoun && !is(next, kClosedAdverb)) {
+            settleAs(tDeterminer);
+            return;
+        }
+        if (atEnd && prev && prev->tag == tVerb && !is(prev, kBeForm)) {
+            settleAs(tPronoun);
+            return;
+        }
+    }
+    // "I'm used to it": accustomed, unlike "it was used to cut bread".
+    if (w == QLatin1String("used") && is(prev, kBeForm) && next && next->lower == QLatin1String("to") &&
+        !(around.afterNext && around.afterNext->isWord && around.afterNext->lexicalTag == tVerb)) {
+        settleAs(tAdjective);
+        return;
+    }
     // "What a day!", "such a pity": an exclamation about the noun.
     if ((w == QLatin1String("what") || w == QLatin1String("such")) && next &&
         (next->lower == QLatin1String("a") || next->lower == QLatin1String("an"))) {
