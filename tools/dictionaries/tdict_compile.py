@@ -536,10 +536,14 @@ BIDIX = {  # (from, to) -> Apertium bilingual dictionary
     ("pt", "es"): "apertium-es-pt/pt-es.autobil.bin", ("es", "pt"): "apertium-es-pt/es-pt.autobil.bin",
     ("it", "ca"): "apertium-cat-ita/ita-cat.autobil.bin", ("ca", "it"): "apertium-cat-ita/cat-ita.autobil.bin",
     ("en", "ca"): "apertium-eng-cat/eng-cat.autobil.bin", ("ca", "en"): "apertium-eng-cat/cat-eng.autobil.bin",
+    ("pt", "ca"): "apertium-por-cat/por-cat.autobil.bin", ("ca", "pt"): "apertium-por-cat/cat-por.autobil.bin",
+    ("fr", "ca"): "apertium-fra-cat/fra-cat.autobil.bin", ("ca", "fr"): "apertium-fra-cat/cat-fra.autobil.bin",
 }
 # Third languages a pair is translated through, in order of trust. Italian has a larger
-# dictionary with Catalan than with Spanish.
-PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca")}
+# dictionary with Catalan than with Spanish; Portuguese and French reach English through both, and
+# two ways agreeing is good evidence.
+PIVOTS = {("it", "en"): ("es", "ca"), ("en", "it"): ("es", "ca"), ("pt", "en"): ("es", "ca"),
+          ("en", "pt"): ("es", "ca"), ("fr", "en"): ("es", "ca"), ("en", "fr"): ("es", "ca")}
 
 
 def bidix_translations(source, target, tagged_lemmas):
@@ -1131,7 +1135,8 @@ ENGLISH_WEIGHTS = {False: (0.5, 0.9), True: (0.8, 1.2)}
 FIELD_LABELLED = {"freedict"}  # sources whose subject-field labels say little about how common a word is
 FIELD_COMMON_ZIPF = 4.5  # a word this common costs nothing for its field label, 1.5 below the full cost
 SINGULAR_COST = 0.2
-HEAD_COST = 2.0  # the word a two-word gloss is about (see english_head)  # the singular a plural gloss offers comes just after it
+HEAD_COST = 2.0  # the word a two-word gloss is about (see english_head)
+VERB_HEAD_COST = 1.6  # the verb of "wait for": the preposition only joins it to its object  # the singular a plural gloss offers comes just after it
 
 
 EXPLAIN = set()  # headwords whose candidates are printed with their scores (--explain)
@@ -1327,7 +1332,7 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
             counts = english_pos.get(first)
             total = sum(counts.values()) if counts else 0
             if total and counts.get("v", 0) >= 0.5 * total:
-                return first, HEAD_COST
+                return first, VERB_HEAD_COST
         return None
 
     def head_of(key, cand, pos, score, *rest):

@@ -79,10 +79,14 @@ class Readers(unittest.TestCase):
         self.assertTrue(table.senses["word"][0].domain)
         self.assertFalse(table.senses["word"][0].marked)
 
-    def test_clean_removes_nested_brackets_and_to(self):
+    def test_clean_removes_nested_brackets_to_and_object_slots(self):
         self.assertEqual(tc.clean("dog (Canis (lupus) familiaris)", True), "dog")
         self.assertEqual(tc.clean("to buy", True), "buy")
         self.assertEqual(tc.clean("sth. (formal) hold", True), "hold")
+        self.assertEqual(tc.clean("etw. werfen", False), "werfen")
+        self.assertEqual(tc.clean("jdm. etw. geben", False), "geben")
+        self.assertEqual(tc.without_placeholders("catch sth."), "catch")
+        self.assertEqual(tc.without_placeholders("Mr. Smith"), "Mr. Smith")
 
 
 class Ranking(unittest.TestCase):
@@ -174,6 +178,56 @@ class Ranking(unittest.TestCase):
         self.assertEqual(entries["фрукт"], ["n\tfruit"])
         self.assertEqual(entries["час"], ["n\thour"])
         self.assertEqual(entries["часы"], ["n\twatch"])
+
+    def test_russian_verbs_share_their_aspect_partners_words_and_a_qualified_gloss_answers_for_its_head(self):
+        tc.TAGGED_LEMMAS["ru"] = {("прийти", "vblex"): "<vblex>"}
+        try:
+            source = tc.Table("mueller7")
+            source.add("die", tc.Sense("v", ["умереть"], False, 0))
+            source.add("perish", tc.Sense("v", ["погибать", "умирать"], False, 0))
+            source.add("come", tc.Sense("v", ["приходить"], False, 0))
+            source.add("breakfast", tc.Sense("n", ["утренний завтрак"], False, 0))
+            source.add("luncheon", tc.Sense("n", ["завтрак"], False, 0))
+            d = tc.Direction("ru", "en")
+            d.reverse = [source]
+            d.zipf = tc.Frequencies("subtlex", {"die": 5.4, "perish": 3.0, "come": 6.0, "breakfast": 4.8,
+                                                "luncheon": 2.8}, 1.0)
+            entries, _ = tc.rank_direction(d)
+        finally:
+            del tc.TAGGED_LEMMAS["ru"]
+        self.assertEqual(entries["умирать"][0], "v\tdie|perish")
+        self.assertEqual(entries["прийти"][0], "v\tcome")  # known to the analyser only
+        self.assertEqual(entries["завтрак"][0], "n\tbreakfast|luncheon")
+        self.assertIn("выиграть", list(tc.aspect_partners("выигрывать")))
+        self.assertIn("останавливаться", list(tc.aspect_partners("остановиться")))
+
+    def test_an_english_gloss_offers_the_word_it_is_about_where_that_is_far_commoner(self):
+        source = tc.Table("cedict")
+        source.add("牛奶", tc.Sense("", ["cow's milk"], False, 0))
+        source.add("热狗", tc.Sense("", ["hot dog"], False, 0))
+        source.add("等", tc.Sense("", ["wait for"], False, 0))
+        d = tc.Direction("zh", "en")
+        d.direct = [source]
+        d.zipf = tc.Frequencies("subtlex", {"milk": 5.0, "cow": 3.6, "s": 6.5, "hot": 5.3, "dog": 5.3,
+                                            "wait": 5.6, "for": 6.8}, 1.0)
+        english_pos = {"hot": {"adj": 40}, "wait": {"v": 30, "n": 5}}
+        entries, _ = tc.rank_direction(d, english_pos=english_pos, english_lemmas={})
+        self.assertEqual(entries["牛奶"][0].split("\t")[1], "milk|cow's milk")
+        self.assertEqual(entries["热狗"][0].split("\t")[1], "hot dog|dog")
+        self.assertEqual(entries["等"][0].split("\t")[1].split("|")[0], "wait")
+
+    def test_a_field_label_costs_a_common_word_nothing_and_a_rare_one_all(self):
+        backward = tc.Table("freedict", 0.15)
+        backward.add("salt", tc.Sense("n", ["Salz"], True, 0))
+        backward.add("saline", tc.Sense("adj", ["Salz", "salzig"], False, 0))
+        backward.add("halite", tc.Sense("n", ["Steinsalz"], True, 0))
+        backward.add("rock salt", tc.Sense("n", ["Steinsalz"], False, 0))
+        d = tc.Direction("de", "en")
+        d.reverse = [backward]
+        d.zipf = tc.Frequencies("subtlex", {"salt": 4.6, "saline": 2.9, "halite": 1.0, "rock": 4.8}, 1.0)
+        entries, _ = tc.rank_direction(d)
+        self.assertEqual(entries["Salz"][0], "n\tsalt")
+        self.assertEqual(entries["Steinsalz"][0], "n\trock salt|halite")
 
     def test_read_backwards_a_russian_adjective_takes_an_english_adjective_first(self):
         tc.TAGGED_LEMMAS["xx"] = {("больной", "adj"): "<adj>", ("рабочий", "adj"): "<adj>", ("рабочий", "n"): "<n>",
@@ -369,6 +423,33 @@ class FrequencySources(unittest.TestCase):
         d.direct, d.freq = [forward], {"hund": 40, "klammhaken": 1}
         entries, _ = tc.rank_direction(d)
         self.assertEqual(entries["dog"][0], "n\tHund|Klammhaken")
+
+
+    def test_subtitle_counts_fold_case_count_forms_for_lemmas_and_a_damaged_file_falls_back(self):
+        saved = (tc.SUBTLEX, sys.stderr)
+        with tempfile.TemporaryDirectory() as tmp:
+            good = os.path.join(tmp, "index.json")
+            with open(good, "w", encoding="utf-8") as f:
+                f.write('[{"word": "Went", "count": 600000}, {"word": "went", "count": 400000},'
+                        ' {"word": "go", "count": 500000}, {"word": 7, "count": "x"}]')
+            damaged = os.path.join(tmp, "damaged.json")
+            with open(damaged, "w", encoding="utf-8") as f:
+                f.write('[{"word": "go", "cou')
+            try:
+                tc.SUBTLEX = good
+                counts = tc.subtlex_counts(good)
+                frequencies = tc.english_frequencies({"went": [("go", "v")]})
+                tc.SUBTLEX = damaged
+                sys.stderr = io.StringIO()
+                fallback = tc.english_frequencies()
+                messages = sys.stderr.getvalue()
+            finally:
+                tc.SUBTLEX, sys.stderr = saved
+        self.assertEqual(dict(counts), {"went": 1000000, "go": 500000})
+        self.assertEqual(frequencies.source, "subtlex")
+        self.assertGreater(frequencies.zipf("go"), frequencies.zipf("went"))
+        self.assertIn("unreadable", messages)
+        self.assertEqual(fallback.source, "dasher")
 
 
 class GermanCore(unittest.TestCase):
