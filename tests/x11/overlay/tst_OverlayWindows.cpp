@@ -88,7 +88,7 @@ QString devicePixels(int logical)
     return QString::number(int(logical * ratio()));
 }
 
-void clickAt(QPoint global)
+void clickLogicalAt(QPoint global)
 {
     run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
                                     QStringLiteral("click"), QStringLiteral("1")});
@@ -201,35 +201,17 @@ int showCardMain(int argc, char** argv)
     return app.exec();
 }
 
-// "role: name" of every element under an accessible, depth first.
-void describeTree(AtspiAccessible* accessible, int depth, QStringList& into)
-{
-    if (depth > 10)
-        return;
-    into.append(takeText(atspi_accessible_get_role_name(accessible, nullptr)) + QStringLiteral(": ") +
-                takeText(atspi_accessible_get_name(accessible, nullptr)));
-    const int count = atspi_accessible_get_child_count(accessible, nullptr);
-    for (int i = 0; i < count; ++i) {
-        const AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
-        if (child)
-            describeTree(child.get(), depth + 1, into);
-    }
-}
-
-// What the accessibility bus shows of the application with this process id.
+// "role: name" of every element the bus shows of the application with this process id.
 QStringList accessibleTreeOf(qint64 pid)
 {
+    QList<Element> contents;
+    forEachApplication([&](AtspiAccessible* application) {
+        if (qint64(atspi_accessible_get_process_id(application, nullptr)) == pid)
+            collect(application, contents);
+    });
     QStringList tree;
-    const AccessiblePtr desktop(atspi_get_desktop(0));
-    if (!desktop)
-        return tree;
-    atspi_accessible_clear_cache(desktop.get());
-    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
-    for (int i = 0; i < count; ++i) {
-        const AccessiblePtr app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-        if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == pid)
-            describeTree(app.get(), 0, tree);
-    }
+    for (const Element& e : std::as_const(contents))
+        tree.append(takeText(atspi_role_get_name(e.role)) + QStringLiteral(": ") + e.name);
     return tree;
 }
 
@@ -292,7 +274,7 @@ private Q_SLOTS:
         unchanged("word card updated");
         auto* speaker = word.widget()->findChild<QAbstractButton*>();
         QVERIFY(speaker && speaker->isVisible());
-        clickAt(speaker->mapToGlobal(speaker->rect().center()));
+        clickLogicalAt(speaker->mapToGlobal(speaker->rect().center()));
         QTRY_COMPARE(spoken, 1);
         unchanged("speaker clicked");
         word.hide();
@@ -303,7 +285,7 @@ private Q_SLOTS:
             QStringLiteral("Good morning."), QStringLiteral("Доброе утро."), {}, {}, true, QStringLiteral("EN → RU")});
         QVERIFY(QTest::qWaitForWindowExposed(passage.widget()));
         unchanged("passage card shown");
-        clickAt(passage.widget()->geometry().center());
+        clickLogicalAt(passage.widget()->geometry().center());
         QTRY_VERIFY(!passage.isVisible());
         unchanged("passage card clicked");
     }
@@ -421,7 +403,7 @@ private Q_SLOTS:
         passage.show(view);
         QVERIFY(QTest::qWaitForWindowExposed(passage.widget()));
         // A click on another of Tolvane's windows: the card closes and the button is clicked.
-        clickAt(button->mapToGlobal(button->rect().center()));
+        clickLogicalAt(button->mapToGlobal(button->rect().center()));
         QTRY_COMPARE(clicked.count(), 1);
         QVERIFY(!passage.isVisible());
 
@@ -443,7 +425,7 @@ private Q_SLOTS:
             }
         } counter(&presses);
         passage.widget()->windowHandle()->installEventFilter(&counter);
-        clickAt(passage.widget()->geometry().center());
+        clickLogicalAt(passage.widget()->geometry().center());
         QTRY_VERIFY(!passage.isVisible());
         QVERIFY(presses >= 1);
     }
