@@ -3,7 +3,8 @@
 
 // The real tolvane binary on a profile of its own, as the walk-throughs start it: its own
 // configuration and data folders, its own single-instance name, the desktop services and the
-// accessibility bus switched on. The test's fragment defines TOLVANE_EXECUTABLE.
+// accessibility bus switched on (x11/x11.cmake defines TOLVANE_EXECUTABLE for the tests that start
+// it). And the desktop tools the x11 tests ask about windows and focus.
 
 #include <QCoreApplication>
 #include <QDir>
@@ -63,6 +64,7 @@ public:
         return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
     }
 
+#ifdef TOLVANE_EXECUTABLE
     bool start()
     {
         m_process.setProcessEnvironment(m_environment);
@@ -88,6 +90,7 @@ public:
     {
         return QTest::qWaitFor([&] { return command(arguments); }, 15000);
     }
+#endif
     bool stop()
     {
         if (m_process.state() == QProcess::NotRunning)
@@ -113,6 +116,12 @@ inline QString runTool(const QString& program, const QStringList& arguments)
     tool.start(program, arguments);
     tool.waitForFinished(10000);
     return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
+}
+
+// The window holding the X input focus.
+inline QString focusedWindow()
+{
+    return runTool(QStringLiteral("xdotool"), {QStringLiteral("getwindowfocus")});
 }
 
 inline QString activeWindowName()

@@ -35,6 +35,7 @@
 #include <memory>
 
 #include "x11/AccessibleTree.h"
+#include "x11/TolvaneProcess.h"
 
 #include <atspi/atspi.h>
 
@@ -47,34 +48,20 @@ namespace {
 
 const QColor holderColor(255, 0, 255);
 
-QString run(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(10000))
-        return {};
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-// The window holding the X input focus, as xdotool and the window manager tell it.
-QString focusedWindow()
-{
-    return run(QStringLiteral("xdotool"), {QStringLiteral("getwindowfocus")});
-}
 QString activeWindow()
 {
-    return run(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")})
+    return runTool(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")})
         .section(QLatin1Char('#'), 1)
         .section(QLatin1Char(','), 0, 0) // some managers add a second window
         .trimmed();
 }
 QString windowProperty(WId window, const QString& property)
 {
-    return run(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window), property});
+    return runTool(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window), property});
 }
 bool isViewable(WId window)
 {
-    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)})
+    return runTool(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)})
         .contains(QLatin1String("IsViewable"));
 }
 
@@ -90,12 +77,12 @@ QString devicePixels(int logical)
 
 void clickLogicalAt(QPoint global)
 {
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
-                                    QStringLiteral("click"), QStringLiteral("1")});
+    runTool(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
+                                        QStringLiteral("click"), QStringLiteral("1")});
 }
 void pointAt(int x, int y)
 {
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(x), devicePixels(y)});
+    runTool(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(x), devicePixels(y)});
 }
 
 // A pixel of a screen grab (in device pixels) at a logical point of the grabbed rectangle.
@@ -150,8 +137,8 @@ public:
     // Where the holder's window is on the screen.
     QRect geometry() const
     {
-        const QString shell =
-            run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), m_window});
+        const QString shell = runTool(QStringLiteral("xdotool"),
+                                      {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), m_window});
         QHash<QString, int> values;
         for (const QString& line : shell.split(QLatin1Char('\n')))
             values.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1).toInt());
@@ -303,11 +290,11 @@ private Q_SLOTS:
         QVERIFY(windowProperty(id, QStringLiteral("_NET_WM_DESKTOP")).contains(QLatin1String("4294967295")));
 
         // Still there on another desktop.
-        run(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("1")});
+        runTool(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("1")});
         QTest::qWait(300);
-        QCOMPARE(run(QStringLiteral("xdotool"), {QStringLiteral("get_desktop")}), QStringLiteral("1"));
+        QCOMPARE(runTool(QStringLiteral("xdotool"), {QStringLiteral("get_desktop")}), QStringLiteral("1"));
         QVERIFY(isViewable(id));
-        run(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("0")});
+        runTool(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("0")});
         QTest::qWait(200);
         QVERIFY(isViewable(id));
     }
