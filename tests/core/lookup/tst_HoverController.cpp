@@ -106,11 +106,8 @@ private Q_SLOTS:
         QCOMPARE(f.platform.speech->spoken,
                  (QList<QPair<QString, QString>>{{QStringLiteral("书"), QStringLiteral("zh-CN")}}));
 
-        QCOMPARE(f.usageEvents.events().size(), 1);
-        QCOMPARE(f.confusionLog.entries().size(), 1);
+        // The records themselves: tst_LookupEndToEnd; here, that they name the application.
         QCOMPARE(f.confusionLog.entries().first().appContext, QStringLiteral("gedit"));
-        QCOMPARE(f.deck.cards().size(), 1);
-        QCOMPARE(f.milestones.successfulLookupCount(), 1);
 
         // The example follows the word after a pause, and is remembered with it.
         f.advance(299ms);

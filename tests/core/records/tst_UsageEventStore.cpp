@@ -7,7 +7,6 @@
 
 #include <QFile>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -148,24 +147,6 @@ private Q_SLOTS:
         else
             qputenv("TZ", previous);
         QCOMPARE(dayCount, 2);
-    }
-
-    void theFileHoldsEveryEventAfterEachChange()
-    {
-        Fixture f;
-        QSignalSpy changes(&f.events, &UsageEventStore::eventsChanged);
-        f.lookupAt(inBerlin(2026, 2, 1, 9, 0));
-        f.lookupAt(inBerlin(2026, 2, 1, 9, 0).addMSecs(1), UsageEventType::review);
-        QCOMPARE(changes.size(), 2);
-        {
-            // A store that loaded events appends after them.
-            UsageEventStore reloaded(f.clock, f.dir.path(), berlin);
-            QCOMPARE(reloaded.events(), f.events.events());
-            f.clock.advance(Duration(1));
-            reloaded.record(UsageEventType::lookup);
-            QCOMPARE(readFile(reloaded.filePath()), UsageEventStore::encode(reloaded.events()));
-        }
-        QCOMPARE(UsageEventStore(f.clock, f.dir.path(), berlin).events().last().date, f.clock.now());
     }
 };
 

@@ -183,19 +183,6 @@ private Q_SLOTS:
         QVERIFY(!rig.preferences.notificationPermissionGranted());
     }
 
-    void finishingCompletesTheGuideAndPlansReminders()
-    {
-        GuideRig rig;
-        auto guide = rig.openGuide();
-        QSignalSpy finished(guide.get(), &OnboardingGuide::finished);
-        guide->finish();
-        QVERIFY(rig.preferences.onboardingComplete());
-        QCOMPARE(finished.size(), 1);
-        QVERIFY(rig.platform.notifications->pending.isEmpty()); // planned on the next turn
-        rig.settle();
-        QCOMPARE(rig.platform.notifications->pending.size(), NotificationScheduler::slotsPerPlan);
-    }
-
     void reminderPickerFollowsTheStoredInterval_data()
     {
         QTest::addColumn<QVariant>("stored");

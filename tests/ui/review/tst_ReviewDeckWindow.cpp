@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The review window's life (one window, raised while open, fresh after a close), hostile card
-// texts, and the Export tab's footer and save dialog.
+// The review window's life (one window for reminders and commands, fresh after a close), hostile
+// card texts, and the Export tab's footer and save dialog.
 #include "app/AppDelegate.h"
 #include "core/records/ReviewDeckStore.h"
 #include "core/records/UsageEventStore.h"
@@ -59,30 +59,7 @@ class TestReviewDeckWindow : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void showingAnOpenWindowKeepsItsSessionAndAClosedOneStartsAfresh()
-    {
-        Fixture f;
-        f.add(QStringLiteral("a"));
-        f.add(QStringLiteral("b"));
-        f.windows.show();
-        QPointer<ReviewDeckView> first = f.windows.window();
-        QVERIFY(QTest::qWaitForWindowExposed(first));
-        QCOMPARE(first->windowTitle(), QStringLiteral("Review Deck"));
-        QCOMPARE(first->size(), QSize(380, 430));
-        QCOMPARE(first->minimumSize(), first->maximumSize());
-        QTest::keyClick(first, Qt::Key_Right);
-        f.windows.show();
-        QCOMPARE(f.windows.window(), first.data());
-        QCOMPARE(first->session().currentIndex(), 1);
-
-        first->close();
-        QTRY_VERIFY(!first);
-        f.windows.show();
-        QVERIFY(f.windows.window());
-        QCOMPARE(f.windows.window()->session().currentIndex(), 0);
-    }
-
-    void aReminderClickAndTolvaneOpenReviewReachTheOneReviewWindow()
+    void aReminderClickAndTolvaneOpenReviewReachTheOneReviewWindowWhichAfterACloseIsMadeAfresh()
     {
         QTemporaryDir records;
         FakePlatform platform;
@@ -106,6 +83,11 @@ private Q_SLOTS:
 
         QCOMPARE(app.commands().handle({QStringLiteral("open"), QStringLiteral("review")}), QString());
         QCOMPARE(windows->window(), opened.data());
+
+        opened->close();
+        QTRY_VERIFY(!opened);
+        QCOMPARE(app.commands().handle({QStringLiteral("open"), QStringLiteral("review")}), QString());
+        QVERIFY(windows->window() && windows->window()->isVisible());
     }
 
     void hostileTextsAreShownAsPlainTextCutToTheCardAndTheWindowKeepsItsSize()

@@ -232,7 +232,7 @@ private Q_SLOTS:
         QCOMPARE(pending.at(1).timeIntervalSeconds, 1800.0);
     }
 
-    void darkSwitchesEveryOpenWindowAndSystemReturns()
+    void darkAndLightSwitchEveryOpenWindowAndSystemReturnsToTheDesktopsLook()
     {
         Rig rig;
         AppearanceApplier applier;
@@ -247,14 +247,19 @@ private Q_SLOTS:
         settings->show();
         accessibility.show();
         screen.show();
-        const QColor dark = AppearanceApplier::darkPalette().color(QPalette::Window);
+        const auto allWindowsShow = [&](const QColor& color) {
+            for (QWidget* window : std::initializer_list<QWidget*>{settings.get(), &accessibility, &screen})
+                QTRY_COMPARE(window->palette().color(QPalette::Window), color); // on the next turn of the loop
+        };
         QTest::mouseClick(named<QAbstractButton>(settings.get(), QStringLiteral("Dark")), Qt::LeftButton);
         QCOMPARE(rig.stored().value(PreferenceKey::appearanceMode), PreferenceValue(QStringLiteral("dark")));
-        for (QWidget* window : std::initializer_list<QWidget*>{settings.get(), &accessibility, &screen})
-            QTRY_COMPARE(window->palette().color(QPalette::Window), dark); // on the next turn of the loop
+        allWindowsShow(AppearanceApplier::darkPalette().color(QPalette::Window));
+        QVERIFY(AppearanceApplier::darkPalette().color(QPalette::Window).lightness() < 80);
+        QTest::mouseClick(named<QAbstractButton>(settings.get(), QStringLiteral("Light")), Qt::LeftButton);
+        allWindowsShow(AppearanceApplier::lightPalette().color(QPalette::Window));
+        QVERIFY(AppearanceApplier::lightPalette().color(QPalette::Window).lightness() > 200);
         QTest::mouseClick(named<QAbstractButton>(settings.get(), QStringLiteral("System")), Qt::LeftButton);
-        for (QWidget* window : std::initializer_list<QWidget*>{settings.get(), &accessibility, &screen})
-            QTRY_COMPARE(window->palette().color(QPalette::Window), desktopWindow);
+        allWindowsShow(desktopWindow);
     }
 
     void startAtLoginWritesItsEntryOrTurnsBackAndSaysWhy()

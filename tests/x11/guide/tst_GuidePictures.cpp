@@ -133,17 +133,6 @@ private Q_SLOTS:
         QVERIFY(!demo->isPlaying() && !demo->isAnimating());
     }
 
-    void closingTheWindowDuringACaptureTakesTheKeyMonitorDown()
-    {
-        Rig rig;
-        std::unique_ptr<OnboardingGuideView> view(rig.open());
-        view->show();
-        view->guide().captureCoordinator().startCapture();
-        QCOMPARE(rig.platform.eventMonitor->monitorCount(), 1);
-        view.reset();
-        QCOMPARE(rig.platform.eventMonitor->monitorCount(), 0);
-    }
-
     void flagsAreDrawnInColourWhereTheDesktopHasTheFont()
     {
         if (!OnboardingGuideView::canDrawFlags())

@@ -2,47 +2,17 @@
 // A new user goes through the first-run guide of the real program, finding every control by its
 // accessible name on the accessibility bus, as a screen reader would, and pressing it there.
 #include "x11/AccessibleTree.h"
+#include "x11/TolvaneProcess.h"
 
-#include <atspi/atspi.h>
-
-#include <QDir>
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <functional>
-#include <memory>
+#include <QElapsedTimer>
 
 using namespace tolvane::testing;
-
-namespace {
-
-// A real click in the middle of an element, where the bus says it is on the screen.
-void click(AtspiAccessible* node)
-{
-    std::unique_ptr<AtspiComponent, GObjectUnref> component(atspi_accessible_get_component_iface(node));
-    QVERIFY(component);
-    std::unique_ptr<AtspiRect, decltype(&g_free)> r(
-        atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr), &g_free);
-    QVERIFY(r && r->width > 0);
-    QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
-                               {QStringLiteral("mousemove"), QString::number(r->x + r->width / 2),
-                                QString::number(r->y + r->height / 2), QStringLiteral("click"), QStringLiteral("1")}),
-             0);
-}
-
-} // namespace
 
 class TestGuideWalkthrough final : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_profile;
-    QProcess m_tolvane;
+    TolvaneProcess m_tolvane{QStringLiteral("guide")};
     AccessiblePtr m_app;
 
     AccessiblePtr application()
@@ -51,7 +21,7 @@ class TestGuideWalkthrough final : public QObject
         const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
         for (int i = 0; i < count; ++i) {
             AccessiblePtr app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-            if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == m_tolvane.processId())
+            if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == m_tolvane.process().processId())
                 return app;
         }
         return nullptr;
@@ -106,14 +76,6 @@ class TestGuideWalkthrough final : public QObject
                  0);
         QVERIFY(waitFor(QStringLiteral("Change Hotkey…"), ATSPI_ROLE_PUSH_BUTTON));
     }
-    QJsonObject preferences() const
-    {
-        QFile file(m_profile.filePath(QStringLiteral("config/Tolvane/preferences.json")));
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return QJsonDocument::fromJson(file.readAll()).object();
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -121,48 +83,23 @@ private Q_SLOTS:
         if (!QFile::exists(compiled))
             QSKIP("The English → French dictionary is not compiled here: run scripts/setup");
         // French as compiled, German damaged, the rest missing.
-        const QString dictionaries = m_profile.filePath(QStringLiteral("dictionaries"));
-        QVERIFY(QDir().mkpath(dictionaries));
+        const QString dictionaries = m_tolvane.path(QStringLiteral("dictionaries"));
+        QVERIFY(m_tolvane.write(QStringLiteral("dictionaries/en-de.tdict"), QByteArray(4096, '\x5a')));
         QVERIFY(QFile::link(compiled, dictionaries + QStringLiteral("/en-fr.tdict")));
-        QFile damaged(dictionaries + QStringLiteral("/en-de.tdict"));
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write(QByteArray(4096, '\x5a'));
-        damaged.close();
-        if (QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty())
-            QSKIP("xdotool is missing: run scripts/setup");
+        if (const char* missing = missingDesktop())
+            QSKIP(missing);
         atspi_init();
 
         // One card in the deck, so that finishing the guide has reminders to plan.
-        QDir(m_profile.path()).mkpath(QStringLiteral("data/Tolvane"));
-        QFile deck(m_profile.filePath(QStringLiteral("data/Tolvane/review_deck.json")));
-        QVERIFY(deck.open(QIODevice::WriteOnly));
-        deck.write(R"([{"id":"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08","sourceText":"house","translation":"maison",)"
-                   R"("targetLanguage":"fr","status":"new","dateAdded":757000000}])");
-        deck.close();
-
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_profile.filePath(QStringLiteral("config")));
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), m_profile.filePath(QStringLiteral("data")));
-        environment.insert(QStringLiteral("TOLVANE_DICTIONARY_DIR"), dictionaries);
-        environment.insert(QStringLiteral("TOLVANE_INSTANCE_NAME"),
-                           QStringLiteral("tolvane-guide-test-%1").arg(QCoreApplication::applicationPid()));
-        environment.insert(QStringLiteral("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"), QStringLiteral("1"));
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        environment.remove(QStringLiteral("TOLVANE_PLATFORM"));
-        m_tolvane.setProcessEnvironment(environment);
-        m_tolvane.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_tolvane.start(QStringLiteral(TOLVANE_PROGRAM), QStringList());
-        QVERIFY(m_tolvane.waitForStarted());
+        QVERIFY(m_tolvane.write(
+            QStringLiteral("data/Tolvane/review_deck.json"),
+            R"([{"id":"4F1C9A2E-2B7D-4C41-9E0A-6D5B3C2A1F08","sourceText":"house","translation":"maison",)"
+            R"("targetLanguage":"fr","status":"new","dateAdded":757000000}])"));
+        m_tolvane.environment().insert(QStringLiteral("TOLVANE_DICTIONARY_DIR"), dictionaries);
+        QVERIFY(m_tolvane.start());
     }
 
-    void cleanupTestCase()
-    {
-        if (m_tolvane.state() != QProcess::NotRunning) {
-            m_tolvane.terminate();
-            if (!m_tolvane.waitForFinished(5000))
-                m_tolvane.kill();
-        }
-    }
+    void cleanupTestCase() { m_tolvane.stop(); }
 
     void aNewUserRetriesPastADamagedDictionaryFinishesTheGuideAndItsChoicesAreKept()
     {
@@ -199,7 +136,7 @@ private Q_SLOTS:
         AccessiblePtr choice;
         QTRY_VERIFY((choice = findShowing(m_app.get(), QStringLiteral("Every 1 hour"))) != nullptr);
         click(choice.get());
-        QTRY_COMPARE(preferences().value(QStringLiteral("notificationIntervalHours")).toDouble(), 1.0);
+        QTRY_COMPARE(m_tolvane.preferences().value(QStringLiteral("notificationIntervalHours")).toDouble(), 1.0);
         pressButton(QStringLiteral("Continue"));
 
         // The summary, with the new hotkey in its sentences, and the end.
@@ -209,7 +146,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!findShowing(m_app.get(), QStringLiteral("Setup Guide"), ATSPI_ROLE_INVALID, 29),
                                  5000);
 
-        const QJsonObject stored = preferences();
+        const QJsonObject stored = m_tolvane.preferences();
         QCOMPARE(stored.value(QStringLiteral("targetLanguage")).toString(), QStringLiteral("fr"));
         QCOMPARE(stored.value(QStringLiteral("customHotkeyKeyCode")).toInteger(), 40);
         QCOMPARE(stored.value(QStringLiteral("customHotkeyModifiers")).toInteger(), 4096 | 512);
@@ -220,7 +157,7 @@ private Q_SLOTS:
 
         // The reminders of the one card are planned, an hour apart.
         const auto plan = [this] {
-            QFile pending(m_profile.filePath(QStringLiteral("data/Tolvane/pending_reminders.json")));
+            QFile pending(m_tolvane.recordsDirectory() + QStringLiteral("/pending_reminders.json"));
             return pending.open(QIODevice::ReadOnly) ? pending.readAll() : QByteArray();
         };
         QTRY_COMPARE(plan().count("vantor-flashcard-slot-"), 60);

@@ -9,6 +9,7 @@
 #include "core/setup/Preferences.h"
 #include "platform/linux/PlatformFactory.h"
 #include "ui/overlay/HoverOverlayWindow.h"
+#include "x11/TolvaneProcess.h"
 #include "x11/capture/CaptureTestWindow.h"
 
 #include "core/support/Clock.h"
@@ -82,14 +83,6 @@ private:
 void xdotool(const QString& commands)
 {
     QProcess::startDetached(QStringLiteral("xdotool"), commands.split(QLatin1Char(' ')));
-}
-
-QString focusedWindow()
-{
-    QProcess p;
-    p.start(QStringLiteral("xdotool"), {QStringLiteral("getwindowfocus")});
-    p.waitForFinished(3000);
-    return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
 }
 
 QJsonArray recordFile(const QString& directory, const QString& name)
@@ -281,27 +274,17 @@ private Q_SLOTS:
         QVERIFY(terminal.waitForStarted(5000));
         QTest::qWait(1500);
         // The word's middle: three characters in, on the first line of the terminal.
-        const auto run = [](const QStringList& arguments) {
-            QProcess p;
-            p.start(QStringLiteral("xdotool"), arguments);
-            p.waitForFinished(5000);
-            return QString::fromUtf8(p.readAllStandardOutput());
-        };
-        const QString id = run({QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^Terminal words$")})
+        const QString id = runTool(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--name"),
+                                                               QStringLiteral("^Terminal words$")})
                                .section(QLatin1Char('\n'), 0, 0);
         QVERIFY2(!id.isEmpty(), "the terminal did not appear");
         // xwininfo tells where the client area really is; xdotool counts the frame twice.
         QPoint origin;
-        {
-            QProcess info;
-            info.start(QStringLiteral("xwininfo"), {QStringLiteral("-id"), id});
-            info.waitForFinished(5000);
-            for (const QString& line : QString::fromUtf8(info.readAllStandardOutput()).split(QLatin1Char('\n'))) {
-                if (line.contains(QLatin1String("Absolute upper-left X:")))
-                    origin.setX(line.section(QLatin1Char(':'), 1).trimmed().toInt());
-                if (line.contains(QLatin1String("Absolute upper-left Y:")))
-                    origin.setY(line.section(QLatin1Char(':'), 1).trimmed().toInt());
-            }
+        for (const QString& line : runTool(QStringLiteral("xwininfo"), {QStringLiteral("-id"), id}).split(u'\n')) {
+            if (line.contains(QLatin1String("Absolute upper-left X:")))
+                origin.setX(line.section(QLatin1Char(':'), 1).trimmed().toInt());
+            if (line.contains(QLatin1String("Absolute upper-left Y:")))
+                origin.setY(line.section(QLatin1Char(':'), 1).trimmed().toInt());
         }
         movePointerTo(origin + QPoint(32, 14));
         QTest::qWait(200);

@@ -19,94 +19,27 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <atspi/atspi.h>
+#include "x11/AccessibleTree.h"
 
 using namespace tolvane;
+using namespace tolvane::testing;
 
 namespace {
 
-struct GObjectDeleter
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using AccessiblePtr = std::unique_ptr<AtspiAccessible, GObjectDeleter>;
-
-struct Found
-{
-    QString name;
-    AtspiRole role;
-    QRect extents;
-};
-
-QString takeString(gchar* text)
-{
-    const QString result = QString::fromUtf8(text ? text : "");
-    g_free(text);
-    return result;
-}
-
-QRect extentsOf(AtspiAccessible* accessible)
-{
-    std::unique_ptr<AtspiComponent, GObjectDeleter> component(atspi_accessible_get_component_iface(accessible));
-    if (!component)
-        return {};
-    AtspiRect* rect = atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr);
-    if (!rect)
-        return {};
-    const QRect result(rect->x, rect->y, rect->width, rect->height);
-    g_free(rect);
-    return result;
-}
-
-void collect(AtspiAccessible* accessible, int depth, QList<Found>& found)
-{
-    if (depth > 12)
-        return;
-    const int count = atspi_accessible_get_child_count(accessible, nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
-        if (!child)
-            continue;
-        const AtspiRole role = atspi_accessible_get_role(child.get(), nullptr);
-        found.append({takeString(atspi_accessible_get_name(child.get(), nullptr)), role, extentsOf(child.get())});
-        collect(child.get(), depth + 1, found);
-    }
-}
-
 // Everything the notification server shows, read through the accessibility bus.
-QList<Found> notificationServerContents()
+QList<Element> notificationServerContents()
 {
-    QList<Found> found;
-    AccessiblePtr desktop(atspi_get_desktop(0));
-    atspi_accessible_clear_cache(desktop.get());
-    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr application(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-        if (application &&
-            takeString(atspi_accessible_get_name(application.get(), nullptr)).contains(QLatin1String("notification")))
-            collect(application.get(), 0, found);
-    }
+    QList<Element> found;
+    forEachApplication([&](AtspiAccessible* application) {
+        if (nameOf(application).contains(QLatin1String("notification")))
+            collect(application, found);
+    });
     return found;
 }
 
-// A visible element of this role and name.
-std::optional<Found> shown(const QList<Found>& contents, AtspiRole role, const QString& name)
+bool hasLabel(const QList<Element>& contents, const QString& text)
 {
-    for (const Found& f : contents) {
-        if (f.role == role && f.name == name && !f.extents.isEmpty())
-            return f;
-    }
-    return std::nullopt;
-}
-
-std::optional<Found> button(const QList<Found>& contents, const QString& label)
-{
-    return shown(contents, ATSPI_ROLE_PUSH_BUTTON, label);
-}
-
-bool hasLabel(const QList<Found>& contents, const QString& text)
-{
-    return std::any_of(contents.begin(), contents.end(), [&](const Found& f) { return f.name == text; });
+    return std::any_of(contents.begin(), contents.end(), [&](const Element& e) { return e.name == text; });
 }
 
 // The card as the deck's file holds it now: what survives a restart.
@@ -185,14 +118,15 @@ private Q_SLOTS:
         planner.reschedule();
         QTRY_COMPARE(pendingCount(center), 60);
 
-        QList<Found> contents;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (contents = notificationServerContents(), button(contents, QStringLiteral("I know this"))), 15000);
-        QVERIFY(button(contents, QStringLiteral("Review again")));
+        QList<Element> contents;
+        QTRY_VERIFY_WITH_TIMEOUT((contents = notificationServerContents(),
+                                  drawn(contents, ATSPI_ROLE_PUSH_BUTTON, QStringLiteral("I know this"))),
+                                 15000);
+        QVERIFY(drawn(contents, ATSPI_ROLE_PUSH_BUTTON, QStringLiteral("Review again")));
         QVERIFY2(hasLabel(contents, card.sourceText), "the word is shown as typed");
         QVERIFY2(hasLabel(contents, card.translation), "the translation is shown as typed, not as markup");
 
-        click(button(contents, QStringLiteral("I know this"))->extents.center());
+        clickAt(drawn(contents, ATSPI_ROLE_PUSH_BUTTON, QStringLiteral("I know this"))->extents.center());
         QTRY_VERIFY_WITH_TIMEOUT(deck.cards().first().status == CardStatus::knowIt, 10000);
         // The answer is in review_deck.json, not only in memory.
         const ReviewCard answered = storedCard(dir.path(), card.id);
@@ -207,11 +141,11 @@ private Q_SLOTS:
         });
 
         // A click on the reminder itself opens the review window and answers nothing.
-        std::optional<Found> word;
+        std::optional<Element> word;
         QTRY_VERIFY_WITH_TIMEOUT(
-            (word = shown(notificationServerContents(), ATSPI_ROLE_LABEL, bread.sourceText)).has_value(), 15000);
+            (word = drawn(notificationServerContents(), ATSPI_ROLE_LABEL, bread.sourceText)).has_value(), 15000);
         QVERIFY(!deck.cards().last().lastShownDate.has_value());
-        click(word->extents.center());
+        clickAt(word->extents.center());
         QTRY_COMPARE_WITH_TIMEOUT(reviewWindows, 1, 10000);
         QCOMPARE(deck.cards().last().status, CardStatus::new_);
         QTRY_VERIFY(deck.cards().last().lastShownDate.has_value());
@@ -219,15 +153,6 @@ private Q_SLOTS:
         planner.cancelAll();
         QTRY_COMPARE(pendingCount(center), 0);
         QVERIFY(!planner.hasRenewalTimer());
-    }
-
-private:
-    static void click(QPoint at)
-    {
-        QCOMPARE(QProcess::execute(QStringLiteral("xdotool"),
-                                   {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
-                                    QStringLiteral("click"), QStringLiteral("1")}),
-                 0);
     }
 };
 

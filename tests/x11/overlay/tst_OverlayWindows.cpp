@@ -35,6 +35,7 @@
 #include <memory>
 
 #include "x11/AccessibleTree.h"
+#include "x11/TolvaneProcess.h"
 
 #include <atspi/atspi.h>
 
@@ -47,34 +48,20 @@ namespace {
 
 const QColor holderColor(255, 0, 255);
 
-QString run(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(10000))
-        return {};
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-// The window holding the X input focus, as xdotool and the window manager tell it.
-QString focusedWindow()
-{
-    return run(QStringLiteral("xdotool"), {QStringLiteral("getwindowfocus")});
-}
 QString activeWindow()
 {
-    return run(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")})
+    return runTool(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_ACTIVE_WINDOW")})
         .section(QLatin1Char('#'), 1)
         .section(QLatin1Char(','), 0, 0) // some managers add a second window
         .trimmed();
 }
 QString windowProperty(WId window, const QString& property)
 {
-    return run(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window), property});
+    return runTool(QStringLiteral("xprop"), {QStringLiteral("-id"), QString::number(window), property});
 }
 bool isViewable(WId window)
 {
-    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)})
+    return runTool(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)})
         .contains(QLatin1String("IsViewable"));
 }
 
@@ -88,14 +75,14 @@ QString devicePixels(int logical)
     return QString::number(int(logical * ratio()));
 }
 
-void clickAt(QPoint global)
+void clickLogicalAt(QPoint global)
 {
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
-                                    QStringLiteral("click"), QStringLiteral("1")});
+    runTool(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(global.x()), devicePixels(global.y()),
+                                        QStringLiteral("click"), QStringLiteral("1")});
 }
 void pointAt(int x, int y)
 {
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(x), devicePixels(y)});
+    runTool(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), devicePixels(x), devicePixels(y)});
 }
 
 // A pixel of a screen grab (in device pixels) at a logical point of the grabbed rectangle.
@@ -150,8 +137,8 @@ public:
     // Where the holder's window is on the screen.
     QRect geometry() const
     {
-        const QString shell =
-            run(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), m_window});
+        const QString shell = runTool(QStringLiteral("xdotool"),
+                                      {QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), m_window});
         QHash<QString, int> values;
         for (const QString& line : shell.split(QLatin1Char('\n')))
             values.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1).toInt());
@@ -201,35 +188,17 @@ int showCardMain(int argc, char** argv)
     return app.exec();
 }
 
-// "role: name" of every element under an accessible, depth first.
-void describeTree(AtspiAccessible* accessible, int depth, QStringList& into)
-{
-    if (depth > 10)
-        return;
-    into.append(takeText(atspi_accessible_get_role_name(accessible, nullptr)) + QStringLiteral(": ") +
-                takeText(atspi_accessible_get_name(accessible, nullptr)));
-    const int count = atspi_accessible_get_child_count(accessible, nullptr);
-    for (int i = 0; i < count; ++i) {
-        const AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
-        if (child)
-            describeTree(child.get(), depth + 1, into);
-    }
-}
-
-// What the accessibility bus shows of the application with this process id.
+// "role: name" of every element the bus shows of the application with this process id.
 QStringList accessibleTreeOf(qint64 pid)
 {
+    QList<Element> contents;
+    forEachApplication([&](AtspiAccessible* application) {
+        if (qint64(atspi_accessible_get_process_id(application, nullptr)) == pid)
+            collect(application, contents);
+    });
     QStringList tree;
-    const AccessiblePtr desktop(atspi_get_desktop(0));
-    if (!desktop)
-        return tree;
-    atspi_accessible_clear_cache(desktop.get());
-    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
-    for (int i = 0; i < count; ++i) {
-        const AccessiblePtr app(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-        if (app && qint64(atspi_accessible_get_process_id(app.get(), nullptr)) == pid)
-            describeTree(app.get(), 0, tree);
-    }
+    for (const Element& e : std::as_const(contents))
+        tree.append(takeText(atspi_role_get_name(e.role)) + QStringLiteral(": ") + e.name);
     return tree;
 }
 
@@ -292,7 +261,7 @@ private Q_SLOTS:
         unchanged("word card updated");
         auto* speaker = word.widget()->findChild<QAbstractButton*>();
         QVERIFY(speaker && speaker->isVisible());
-        clickAt(speaker->mapToGlobal(speaker->rect().center()));
+        clickLogicalAt(speaker->mapToGlobal(speaker->rect().center()));
         QTRY_COMPARE(spoken, 1);
         unchanged("speaker clicked");
         word.hide();
@@ -303,7 +272,7 @@ private Q_SLOTS:
             QStringLiteral("Good morning."), QStringLiteral("Доброе утро."), {}, {}, true, QStringLiteral("EN → RU")});
         QVERIFY(QTest::qWaitForWindowExposed(passage.widget()));
         unchanged("passage card shown");
-        clickAt(passage.widget()->geometry().center());
+        clickLogicalAt(passage.widget()->geometry().center());
         QTRY_VERIFY(!passage.isVisible());
         unchanged("passage card clicked");
     }
@@ -321,11 +290,11 @@ private Q_SLOTS:
         QVERIFY(windowProperty(id, QStringLiteral("_NET_WM_DESKTOP")).contains(QLatin1String("4294967295")));
 
         // Still there on another desktop.
-        run(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("1")});
+        runTool(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("1")});
         QTest::qWait(300);
-        QCOMPARE(run(QStringLiteral("xdotool"), {QStringLiteral("get_desktop")}), QStringLiteral("1"));
+        QCOMPARE(runTool(QStringLiteral("xdotool"), {QStringLiteral("get_desktop")}), QStringLiteral("1"));
         QVERIFY(isViewable(id));
-        run(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("0")});
+        runTool(QStringLiteral("xdotool"), {QStringLiteral("set_desktop"), QStringLiteral("0")});
         QTest::qWait(200);
         QVERIFY(isViewable(id));
     }
@@ -421,7 +390,7 @@ private Q_SLOTS:
         passage.show(view);
         QVERIFY(QTest::qWaitForWindowExposed(passage.widget()));
         // A click on another of Tolvane's windows: the card closes and the button is clicked.
-        clickAt(button->mapToGlobal(button->rect().center()));
+        clickLogicalAt(button->mapToGlobal(button->rect().center()));
         QTRY_COMPARE(clicked.count(), 1);
         QVERIFY(!passage.isVisible());
 
@@ -443,7 +412,7 @@ private Q_SLOTS:
             }
         } counter(&presses);
         passage.widget()->windowHandle()->installEventFilter(&counter);
-        clickAt(passage.widget()->geometry().center());
+        clickLogicalAt(passage.widget()->geometry().center());
         QTRY_VERIFY(!passage.isVisible());
         QVERIFY(presses >= 1);
     }

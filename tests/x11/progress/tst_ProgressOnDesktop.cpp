@@ -25,6 +25,7 @@
 #include <QTest>
 
 #include "x11/AccessibleTree.h"
+#include "x11/TolvaneProcess.h"
 
 #include <atspi/atspi.h>
 
@@ -38,20 +39,6 @@ using namespace tolvane::testing;
 
 namespace {
 
-void collectNames(AtspiAccessible* accessible, int depth, QStringList& names)
-{
-    if (depth > 20)
-        return;
-    const int count = atspi_accessible_get_child_count(accessible, nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr child(atspi_accessible_get_child_at_index(accessible, i, nullptr));
-        if (!child)
-            continue;
-        names.append(nameOf(child.get()));
-        collectNames(child.get(), depth + 1, names);
-    }
-}
-
 struct StatsWindows
 {
     int count = 0;
@@ -64,25 +51,21 @@ struct StatsWindows
 StatsWindows statsWindows()
 {
     StatsWindows found;
-    AccessiblePtr desktop(atspi_get_desktop(0));
-    atspi_accessible_clear_cache(desktop.get());
-    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
-    for (int i = 0; i < count; ++i) {
-        AccessiblePtr application(atspi_accessible_get_child_at_index(desktop.get(), i, nullptr));
-        if (!application || atspi_accessible_get_process_id(application.get(), nullptr) == guint(::getpid()))
-            continue;
-        const int windows = atspi_accessible_get_child_count(application.get(), nullptr);
+    forEachApplication([&](AtspiAccessible* application) {
+        if (atspi_accessible_get_process_id(application, nullptr) == guint(::getpid()))
+            return;
+        const int windows = atspi_accessible_get_child_count(application, nullptr);
         for (int w = 0; w < windows; ++w) {
-            AccessiblePtr window(atspi_accessible_get_child_at_index(application.get(), w, nullptr));
-            if (!window || nameOf(window.get()) != t::statsWindowTitle)
+            AccessiblePtr window(atspi_accessible_get_child_at_index(application, w, nullptr));
+            if (!window || nameOf(window.get()) != t::statsWindowTitle || found.count++ > 0)
                 continue;
-            if (found.count++ == 0) {
-                collectNames(window.get(), 0, found.names);
-                std::unique_ptr<AtspiStateSet, GObjectUnref> states{atspi_accessible_get_state_set(window.get())};
-                found.active = states && atspi_state_set_contains(states.get(), ATSPI_STATE_ACTIVE);
-            }
+            QList<Element> contents;
+            collect(window.get(), contents);
+            for (const Element& e : std::as_const(contents))
+                found.names.append(e.name);
+            found.active = hasState(window.get(), ATSPI_STATE_ACTIVE);
         }
-    }
+    });
     return found;
 }
 
@@ -130,13 +113,6 @@ QJsonObject readAsJson(const QStringList& names)
     return json;
 }
 
-void writeJson(const QString& path, const QByteArray& json)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(json);
-}
-
 } // namespace
 
 class TestProgressOnDesktop : public QObject
@@ -145,17 +121,14 @@ class TestProgressOnDesktop : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
-            QSKIP("No session bus: run inside scripts/virtual-desktop");
+        if (const char* missing = missingDesktop({}))
+            QSKIP(missing);
         atspi_init();
     }
 
     void theStatsWindowReadsAsTheCommandPrintsAndOpensOnce()
     {
-        QTemporaryDir profile;
-        const QString records = profile.filePath(QStringLiteral("data/Tolvane"));
-        QVERIFY(QDir().mkpath(records));
-        QVERIFY(QDir().mkpath(profile.filePath(QStringLiteral("config/Tolvane"))));
+        TolvaneProcess tolvane(QStringLiteral("progress"));
         const QDateTime now = QDateTime::currentDateTimeUtc();
         QList<UsageEvent> events;
         for (int ago = 3; ago >= 0; --ago) {
@@ -163,46 +136,24 @@ private Q_SLOTS:
                 events.append({UsageEventType::lookup, now.addDays(-ago).addSecs(-60 * (i + 1))});
             events.append({UsageEventType::review, now.addDays(-ago).addSecs(-30)});
         }
-        writeJson(records + QStringLiteral("/usage_events.json"), UsageEventStore::encode(events));
-        writeJson(
-            records + QStringLiteral("/confusion_log.json"),
+        QVERIFY(tolvane.write(QStringLiteral("data/Tolvane/usage_events.json"), UsageEventStore::encode(events)));
+        QVERIFY(tolvane.write(
+            QStringLiteral("data/Tolvane/confusion_log.json"),
             ConfusionLogStore::encode({{QStringLiteral("Haus"), QStringLiteral("house"), 2, now, {}},
-                                       {QStringLiteral("Schmetterling"), QStringLiteral("butterfly"), 4, now, {}}}));
+                                       {QStringLiteral("Schmetterling"), QStringLiteral("butterfly"), 4, now, {}}})));
         // A damaged deck: the command says so and counts no cards; Tolvane sets the file aside.
-        writeJson(records + QStringLiteral("/review_deck.json"), "[{\"id\": \"0A0000");
-        // A finished guide, so no guide window opens at start and takes the focus.
-        writeJson(profile.filePath(QStringLiteral("config/Tolvane/preferences.json")),
-                  "{\"successfulWordLookupCount\": 1234, \"onboardingComplete\": true}");
+        QVERIFY(tolvane.write(QStringLiteral("data/Tolvane/review_deck.json"), "[{\"id\": \"0A0000"));
+        QVERIFY(tolvane.skipGuide(", \"successfulWordLookupCount\": 1234"));
 
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), profile.filePath(QStringLiteral("data")));
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), profile.filePath(QStringLiteral("config")));
-        environment.insert(QStringLiteral("TOLVANE_INSTANCE_NAME"),
-                           QStringLiteral("tolvane-progress-test-%1").arg(QCoreApplication::applicationPid()));
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        environment.insert(QStringLiteral("TOLVANE_PLATFORM"), QStringLiteral("linux"));
-        QByteArray errors;
-        const auto tolvaneCommand = [&](const QStringList& arguments, QByteArray* output = nullptr) {
-            QProcess command;
-            command.setProcessEnvironment(environment);
-            command.start(QStringLiteral(TOLVANE_BINARY), arguments);
-            const bool done = command.waitForFinished(10000) && command.exitCode() == 0;
-            if (output)
-                *output = command.readAllStandardOutput();
-            errors = command.readAllStandardError();
-            return done;
-        };
         QByteArray printed;
-        QVERIFY(tolvaneCommand({QStringLiteral("stats"), QStringLiteral("--json")}, &printed));
+        QByteArray errors;
+        QVERIFY(tolvane.command({QStringLiteral("stats"), QStringLiteral("--json")}, &printed, &errors));
         QVERIFY2(errors.contains("review_deck.json could not be read"), errors.constData());
         const QJsonObject expected = QJsonDocument::fromJson(printed).object();
 
-        QProcess tolvane;
-        tolvane.setProcessEnvironment(environment);
-        tolvane.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        tolvane.start(QStringLiteral(TOLVANE_BINARY), {});
-        QVERIFY(tolvane.waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(tolvaneCommand({QStringLiteral("open"), QStringLiteral("stats")}), 15000);
+        QVERIFY(tolvane.start());
+        const QStringList openStats{QStringLiteral("open"), QStringLiteral("stats")};
+        QVERIFY(tolvane.commandOnceListening(openStats));
 
         StatsWindows windows;
         QTRY_VERIFY_WITH_TIMEOUT((windows = statsWindows()).names.contains(QStringLiteral("Today: 3")), 15000);
@@ -221,13 +172,12 @@ private Q_SLOTS:
         other.activateWindow();
         QTRY_VERIFY(other.isActiveWindow());
         QTRY_VERIFY(!(windows = statsWindows()).active);
-        QVERIFY(tolvaneCommand({QStringLiteral("open"), QStringLiteral("stats")}));
+        QVERIFY(tolvane.command(openStats));
         QTRY_VERIFY((windows = statsWindows()).active);
         QCOMPARE(windows.count, 1);
         QTRY_VERIFY(!other.isActiveWindow());
 
-        tolvane.terminate();
-        QVERIFY(tolvane.waitForFinished(10000));
+        QVERIFY(tolvane.stop());
     }
 
     void celebrationsComeToTheFrontAndNotNowClosesOnlyItsOwn()

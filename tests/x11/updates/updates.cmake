@@ -9,8 +9,3 @@ add_test(NAME NoNetworkSocketUntilAsked
 set_tests_properties(NoNetworkSocketUntilAsked PROPERTIES LABELS "full;x11" ENVIRONMENT "QT_QPA_PLATFORM=xcb"
                      RUN_SERIAL TRUE TIMEOUT 60 SKIP_RETURN_CODE 77)
 
-# The software update window through the accessibility bus, on the real binary.
-pkg_check_modules(UPDATES_TEST_ATSPI REQUIRED IMPORTED_TARGET atspi-2 gobject-2.0)
-target_link_libraries(tst_UpdateWindowThroughAccessibility PRIVATE PkgConfig::UPDATES_TEST_ATSPI)
-target_compile_definitions(tst_UpdateWindowThroughAccessibility PRIVATE TOLVANE_EXECUTABLE="$<TARGET_FILE:tolvane>")
-add_dependencies(tst_UpdateWindowThroughAccessibility tolvane)
