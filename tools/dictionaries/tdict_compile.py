@@ -915,14 +915,7 @@ def corpus_frequencies(language, lemma_forms=None, directory=None):
     counts = defaultdict(int)
     for token in re.findall(r"[^\W\d_]+", text):
         counts[token] += 1
-    if lemma_forms:
-        lemma_counts = defaultdict(int)
-        for form, count in counts.items():
-            for lemma, _ in lemma_forms.get(form, ())[:2]:
-                if lemma.lower() != form:
-                    lemma_counts[lemma.lower()] += count
-        for lemma, count in lemma_counts.items():
-            counts[lemma] += count
+    add_lemma_counts(counts, lemma_forms, 2)
     return counts_to_zipf(counts, "dasher")
 
 
@@ -1023,13 +1016,13 @@ def english_frequencies(lemma_forms=None):
     return counts_to_zipf(counts, "dasher")
 
 
-def add_lemma_counts(counts, lemma_forms):
-    """Each lemma also gets the counts of its forms ("went" counts for "go")."""
+def add_lemma_counts(counts, lemma_forms, lemmas_per_form=1):
+    """Each lemma also gets the counts of its forms ("went" counts for "go"; "книги" for "книга")."""
     if not lemma_forms:
         return
     extra = defaultdict(int)
     for form, count in counts.items():
-        for lemma, _ in lemma_forms.get(form, ())[:1]:
+        for lemma, _ in lemma_forms.get(form, ())[:lemmas_per_form]:
             if lemma.lower() != form:
                 extra[lemma.lower()] += count
     for lemma, count in extra.items():
