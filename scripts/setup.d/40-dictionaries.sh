@@ -63,5 +63,7 @@ args=("$out" --german "$german")
 for list in "${korean[@]}"; do args+=(--korean "$list"); done
 [ -f "$cedict" ] && args+=(--cedict "$cedict")
 [ -f "$subtlex" ] && args+=(--english-frequencies "$subtlex")
+# The stamp takes the time the compile started, so an input changed meanwhile is seen next time.
+touch "$stamp.started"
 "$python" "$compiler" "${args[@]}"
-touch "$stamp"
+mv "$stamp.started" "$stamp"
