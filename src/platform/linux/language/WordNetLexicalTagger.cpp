@@ -4,6 +4,8 @@
 #include "platform/linux/language/EnglishLexicon.h"
 #include "platform/linux/language/LanguageModelRecognizer.h"
 
+#include "core/support/Logging.h"
+
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
@@ -16,6 +18,8 @@
 namespace tolvane {
 
 using namespace englishlexicon;
+
+TOLVANE_DEFINE_LOG(lcLexicalTagger, "LexicalTagger")
 
 namespace {
 
@@ -1458,7 +1462,18 @@ void settle(std::vector<Token>& tokens, const std::vector<Scores>& lexical, qsiz
 
 WordNetLexicalTagger::WordNetLexicalTagger(const QString& lexiconPath)
     : m_lexicon(QFileInfo::exists(lexiconPath) ? EnglishLexicon::open(lexiconPath) : nullptr)
-{}
+{
+    // Without the lexicon only the closed classes are known: it still answers, worse, so say why.
+    if (!m_lexicon)
+        qCWarning(lcLexicalTagger) << "No English lexicon at"
+                                   << (lexiconPath.isEmpty() ? QStringLiteral("(none found)") : lexiconPath)
+                                   << "- only pronouns, determiners and other closed classes are tagged";
+}
+
+bool WordNetLexicalTagger::hasLexicon() const
+{
+    return m_lexicon != nullptr;
+}
 
 WordNetLexicalTagger::~WordNetLexicalTagger() = default;
 

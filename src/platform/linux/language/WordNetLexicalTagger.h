@@ -27,6 +27,7 @@ public:
 
     // The compiled lexicon in the directory of the language models.
     static QString defaultLexiconPath();
+    bool hasLexicon() const;
 
     std::optional<LexicalClass> lexicalClass(const QString& sentence, qsizetype wordStart,
                                              qsizetype wordLength) const override;
