@@ -412,6 +412,33 @@ class FileFormat(unittest.TestCase):
             self.assertEqual(ko_en.senses["쓰다"][1].order, 1)
             self.assertEqual(len(ko_en.senses), 2)
 
+    def test_every_line_of_our_korean_lists_is_read_as_a_lemma_a_class_and_senses(self):
+        # read_korean skips a line it cannot split, so a line typed with spaces for tabs would
+        # silently lose its word.
+        folder = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../../data/korean")
+        lists = sorted(f for f in os.listdir(folder) if f.endswith(".tsv"))
+        self.assertIn("korean_english.tsv", lists)
+        classes = {"n", "v", "adj", "adv", "pron", "num", "det", "intj", "conj", "part", "cnt"}
+        for name in lists:
+            with open(os.path.join(folder, name), encoding="utf-8") as f:
+                for number, line in enumerate(f, 1):
+                    line = line.rstrip("\n")
+                    if not line or line.startswith("#"):
+                        continue
+                    where = f"{name}:{number}: {line}"
+                    fields = line.split("\t")
+                    self.assertEqual(len(fields), 3, where)
+                    lemma, pos, glosses = fields
+                    self.assertRegex(lemma, r"^[가-힣]+( [가-힣]+)*$", where)
+                    self.assertIn(pos, classes, where)
+                    if pos in ("v", "adj"):
+                        self.assertTrue(lemma.endswith("다"), where)
+                    for sense in glosses.split("|"):
+                        cands = [c.strip() for c in sense.split(";")]
+                        self.assertTrue(all(cands), where)
+                        if pos == "v":
+                            self.assertFalse(any(c.startswith("to ") for c in cands), where)
+
     def test_later_korean_lists_add_lemmas_and_rank_after_the_core_list(self):
         with tempfile.TemporaryDirectory() as tmp:
             core, everyday = os.path.join(tmp, "core.tsv"), os.path.join(tmp, "everyday.tsv")
