@@ -456,6 +456,22 @@ class FileFormat(unittest.TestCase):
                 self.assertTrue(en_ko["dinner"].startswith("n\t저녁|"), en_ko["dinner"])
 
 
+    def test_a_later_lists_sense_of_a_core_lemma_stays_after_the_cores_despite_a_commoner_word(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            core, later = os.path.join(tmp, "core.tsv"), os.path.join(tmp, "later.tsv")
+            with open(core, "w", encoding="utf-8") as f:
+                f.write("미치다\tv\tgo crazy; go mad\n")
+            with open(later, "w", encoding="utf-8") as f:
+                f.write("미치다\tv\treach; affect\n")
+            ko_en, en_ko = tc.Table("korean"), tc.Table("korean")
+            tc.read_korean(core, ko_en, en_ko)
+            tc.read_korean(later, ko_en, en_ko, common=False)
+            ko_en.keeps_senses = True
+            d = tc.Direction("ko", "en")
+            d.direct, d.freq = [ko_en], {"reach": 60000, "affect": 9000, "go crazy": 3000, "go mad": 800}
+            entries, _ = tc.rank_direction(d, english_pos={})
+            self.assertTrue(entries["미치다"][0].startswith("v\tgo crazy"), entries["미치다"])
+
 class SourceConventions(unittest.TestCase):
     """How each source marks senses, spellings and readings, read into the ranking."""
 
