@@ -482,11 +482,15 @@ def read_cedict(path, table):
             order += 1
 
 
+KOREAN_LATER_LIST_GAP = 3
+
+
 def read_korean(path, table_ko_en, table_en_ko, common=True):
     """Our own vocabulary: "lemma<TAB>pos<TAB>sense; sense|other sense" per line, ordinary first.
     `common`: the list is a core list, whose words come before another list's for one English word."""
     if not path or not os.path.exists(path):
         return
+    earlier = set(table_ko_en.senses)  # lemmas an earlier list gives
     with open(path, encoding="utf-8") as f:
         for number, line in enumerate(f):
             line = line.strip()
@@ -497,6 +501,10 @@ def read_korean(path, table_ko_en, table_en_ko, common=True):
                 continue
             lemma, pos, glosses = parts[0], parts[1], parts[2]
             first = len(table_ko_en.senses.get(lemma, []))  # a second line of a lemma ranks after the first
+            if lemma in earlier:
+                # A later list adds rarer senses to a lemma ("remote" to 리모컨, "reach" to 미치다):
+                # a commoner English word must not carry them ahead of the lemma's own.
+                first += KOREAN_LATER_LIST_GAP
             for order, sense in enumerate(glosses.split("|")):
                 cands = [c.strip() for c in sense.split(";") if c.strip()]
                 table_ko_en.add(lemma, Sense(pos, cands, False, first + order))

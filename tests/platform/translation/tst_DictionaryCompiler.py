@@ -493,6 +493,33 @@ class FileFormat(unittest.TestCase):
             self.assertEqual(ko_en.senses["쓰다"][1].order, 1)
             self.assertEqual(len(ko_en.senses), 2)
 
+    def test_every_line_of_our_korean_lists_is_read_as_a_lemma_a_class_and_senses(self):
+        # read_korean skips a line it cannot split, so a line typed with spaces for tabs would
+        # silently lose its word.
+        folder = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../../data/korean")
+        lists = sorted(f for f in os.listdir(folder) if f.endswith(".tsv"))
+        self.assertIn("korean_english.tsv", lists)
+        classes = {"n", "v", "adj", "adv", "pron", "num", "det", "intj", "conj", "part", "cnt"}
+        for name in lists:
+            with open(os.path.join(folder, name), encoding="utf-8") as f:
+                for number, line in enumerate(f, 1):
+                    line = line.rstrip("\n")
+                    if not line or line.startswith("#"):
+                        continue
+                    where = f"{name}:{number}: {line}"
+                    fields = line.split("\t")
+                    self.assertEqual(len(fields), 3, where)
+                    lemma, pos, glosses = fields
+                    self.assertRegex(lemma, r"^[가-힣]+( [가-힣]+)*$", where)
+                    self.assertIn(pos, classes, where)
+                    if pos in ("v", "adj"):
+                        self.assertTrue(lemma.endswith("다"), where)
+                    for sense in glosses.split("|"):
+                        cands = [c.strip() for c in sense.split(";")]
+                        self.assertTrue(all(cands), where)
+                        if pos == "v":
+                            self.assertFalse(any(c.startswith("to ") for c in cands), where)
+
     def test_later_korean_lists_add_lemmas_and_rank_after_the_core_list(self):
         with tempfile.TemporaryDirectory() as tmp:
             core, everyday = os.path.join(tmp, "core.tsv"), os.path.join(tmp, "everyday.tsv")
@@ -509,6 +536,22 @@ class FileFormat(unittest.TestCase):
                 self.assertEqual(ko_en["눈"].split("\n"), ["n\teye", "n\tsnow"])  # the core's sense first
                 self.assertTrue(en_ko["dinner"].startswith("n\t저녁|"), en_ko["dinner"])
 
+
+    def test_a_later_lists_sense_of_a_core_lemma_stays_after_the_cores_despite_a_commoner_word(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            core, later = os.path.join(tmp, "core.tsv"), os.path.join(tmp, "later.tsv")
+            with open(core, "w", encoding="utf-8") as f:
+                f.write("미치다\tv\tgo crazy; go mad\n")
+            with open(later, "w", encoding="utf-8") as f:
+                f.write("미치다\tv\treach; affect\n")
+            ko_en, en_ko = tc.Table("korean"), tc.Table("korean")
+            tc.read_korean(core, ko_en, en_ko)
+            tc.read_korean(later, ko_en, en_ko, common=False)
+            ko_en.keeps_senses = True
+            d = tc.Direction("ko", "en")
+            d.direct, d.freq = [ko_en], {"reach": 60000, "affect": 9000, "go crazy": 3000, "go mad": 800}
+            entries, _ = tc.rank_direction(d, english_pos={})
+            self.assertTrue(entries["미치다"][0].startswith("v\tgo crazy"), entries["미치다"])
 
 class SourceConventions(unittest.TestCase):
     """How each source marks senses, spellings and readings, read into the ranking."""
