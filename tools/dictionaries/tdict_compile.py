@@ -191,7 +191,9 @@ HEAD = re.compile(r"^(?P<head>[^/<\[(]+?)\s*(?:/[^/]*/\s*)*(?:\(.*\)\s*)?(?:<(?P
 def read_freedict(name, source_english, target_english, table):
     for body in dictd_entries(name):
         lines = body.split("\n")
-        m = HEAD.match(lines[0].strip())
+        # A note inside the headword ("etw. (an einen Ort) werfen") is no part of what is looked up.
+        first, slash, rest = lines[0].strip().partition(" /")
+        m = HEAD.match(re.sub(r"\s+", " ", PARENS.sub(" ", first)).strip() + slash + rest)
         if not m:
             continue
         head = without_placeholders(m.group("head")) or m.group("head").strip()
@@ -203,18 +205,25 @@ def read_freedict(name, source_english, target_english, table):
             line = raw.strip()
             line = re.sub(r"^\d+\.\s*", "", line)
             domain = bool(DOMAIN_TAG.search(line)) or "[fig.]" in line or "[obs.]" in line or "[archaic]" in line
-            marked = bool(REGISTER_TAG.search(line))
             pos = headpos
-            cands = []
+            cands, labelled = [], []
             for part in split_list(line):
                 tags = POS_TAG.findall(part)
                 if tags and not pos:
                     pos = pos_of(tags[0])
                 word = clean(part, target_english)
                 if word and len(word) < 60:
-                    cands.append(word)
+                    # A register label belongs to the word it follows ("bald, in Bälde [geh.]").
+                    (labelled if REGISTER_TAG.search(part) else cands).append(word)
+            if not cands:
+                cands, labelled = labelled, []
+                marked = bool(cands)
+            else:
+                marked = False
             if cands:
                 table.add(head, Sense(pos, cands, domain, order, marked))
+                if labelled:
+                    table.add(head, Sense(pos, labelled, True, order, True))
                 order += 1
 
 
@@ -1155,9 +1164,12 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
         if entry is None:
             entry = cands_by_key[key][cand.lower()] = [score, pos, cand, sense, score, marked, not pivot, {}]
         else:
+            was_marked = entry[5]
             entry[5] = entry[5] and marked  # one plain use of the word clears a label elsewhere
             entry[6] = entry[6] or not pivot
-            if score > entry[4]:
+            # The plain use's spelling and class are shown, and a number's ("zwei", not the noun
+            # "Zwei" of the digit).
+            if score > entry[4] or (was_marked and not marked) or (pos == "num" and entry[1] != "num"):
                 entry[1], entry[2] = pos or entry[1], cand  # "apple" the fruit over "Apple" the firm
                 entry[3] = sense
             # Found in two places: more trustworthy, once; a word repeated in many senses of
