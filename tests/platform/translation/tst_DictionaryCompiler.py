@@ -47,12 +47,14 @@ class Readers(unittest.TestCase):
         self.assertEqual([(s.cands, s.order, s.domain) for s in table.senses["beer"]],
                          [(["пиво"], 0, False), (["ход"], 0, True)])
 
-    def test_freedict_headwords_tags_and_notes(self):
+    def test_freedict_headwords_tags_notes_and_labels_of_one_word(self):
         tc.dictd_entries = fake_dictd([
             "have /hˈav/ (had /hˈad/ <>, had /hˈad/ <>) <v>\nbesitzen, haben <v, trans> [ugs.]\n"
             "      \"have and to hold\"  - besitzen\n   Synonyms: {hold}\n",
             "dog /dɒg/\nHund <masc> [zool.]\n",
             "dog /dɒg/\nKlammhaken <masc> [techn.]\n",
+            "soon /sˈuːn/\nbald, in Bälde [geh.]\n",
+            "etw. (an einen Ort) werfen /vˈɛɾfən/ <v>\nthrow sth. <v>\n",
         ])
         table = tc.Table("freedict")
         tc.read_freedict("x", True, False, table)
@@ -60,6 +62,10 @@ class Readers(unittest.TestCase):
         self.assertEqual(table.senses["have"][0].pos, "v")
         self.assertFalse(table.senses["dog"][0].domain)  # zoology is everyday for a dog
         self.assertTrue(table.senses["dog"][1].domain)
+        plain, labelled = table.senses["soon"]
+        self.assertEqual((plain.cands, plain.marked, labelled.cands, labelled.marked),
+                         (["bald"], False, ["in Bälde"], True))
+        self.assertEqual(table.senses["werfen"][0].cands, ["throw"])
 
     def test_wikdict_japanese_lines_numbers_and_labels(self):
         tc.dictd_entries = fake_dictd([
