@@ -110,7 +110,7 @@ def pos_of(tags):
 
 # Slots for an object in a headword or gloss: "catch sth.", "etw. werfen", "jdm. helfen". The
 # word a learner looks up is the verb alone.
-PLACEHOLDER = re.compile(r"(?<![\w.])(?:sb|sth|smb|smth|etw|jdn|jdm|jds|jd)\.(?:'s)?")
+PLACEHOLDER = re.compile(r"(?<![\w.])(?:(?:sb|sth|smb|smth|sthg)\.?|(?:etw|jdn|jdm|jds|jd)\.)(?:'s)?(?!\w)")
 
 
 def without_placeholders(text):
@@ -1325,27 +1325,30 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
 
     def english_head(cand, pos):
         """The word a two-word English gloss is about, and what taking it for the gloss costs:
-        the noun after a modifier (牛奶 "cow's milk", 駅 "railway station") and the verb before
-        a preposition (等 "wait for"). It comes first only where it is much commoner than the
-        phrase ("hot dog" stays)."""
+        the noun after a modifier (牛奶 "cow's milk", 駅 "railway station"), and the noun or verb
+        before a preposition whose object is left out (真相 "truth about sth", 等 "wait for").
+        It comes first only where it is much commoner than the phrase ("hot dog" stays)."""
         if not english_target or english_pos is None:
             return None
         words = cand.split(" ")
         if len(words) != 2 or not all(w.replace("-", "").isalpha() or w.endswith("'s") for w in words):
             return None
         first, last = words
-        if pos in ("n", "") and last.isalpha():
-            if first.endswith("'s"):
-                return last, HEAD_COST
-            counts = english_pos.get(first)
+
+        def share(word, *classes):
+            counts = english_pos.get(word)
             total = sum(counts.values()) if counts else 0
-            if total and counts.get("adj", 0) + counts.get("n", 0) >= 0.6 * total:
-                return last, HEAD_COST
-        if pos in ("v", "") and last in ("for", "to", "at", "with", "about", "into", "from"):
-            counts = english_pos.get(first)
-            total = sum(counts.values()) if counts else 0
-            if total and counts.get("v", 0) >= 0.5 * total:
+            return sum(counts.get(c, 0) for c in classes) / total if total else 0.0
+
+        if last in ("for", "to", "at", "with", "about", "into", "from", "of"):
+            if pos in ("n", "") and share(first, "n") >= 0.6:
                 return first, VERB_HEAD_COST
+            if pos in ("v", "") and last != "of" and share(first, "v") >= 0.5:
+                return first, VERB_HEAD_COST
+            return None
+        if pos in ("n", "") and last.isalpha() and share(last, "n") >= 0.5:
+            if first.endswith("'s") or share(first, "adj", "n") >= 0.6:
+                return last, HEAD_COST
         return None
 
     def head_of(key, cand, pos, score, *rest):

@@ -92,6 +92,8 @@ class Readers(unittest.TestCase):
         self.assertEqual(tc.clean("etw. werfen", False), "werfen")
         self.assertEqual(tc.clean("jdm. etw. geben", False), "geben")
         self.assertEqual(tc.without_placeholders("catch sth."), "catch")
+        self.assertEqual(tc.clean("truth about sth", True), "truth about")  # CC-CEDICT writes no dot
+        self.assertEqual(tc.clean("so-called", True), "so-called")
         self.assertEqual(tc.without_placeholders("Mr. Smith"), "Mr. Smith")
 
 
@@ -216,11 +218,15 @@ class Ranking(unittest.TestCase):
         d.direct = [source]
         d.zipf = tc.Frequencies("subtlex", {"milk": 5.0, "cow": 3.6, "s": 6.5, "hot": 5.3, "dog": 5.3,
                                             "wait": 5.6, "for": 6.8}, 1.0)
-        english_pos = {"hot": {"adj": 40}, "wait": {"v": 30, "n": 5}}
+        source.add("真相", tc.Sense("", ["truth about"], False, 0))  # "truth about sth", cleaned
+        d.zipf.values.update({"truth": 5.0, "about": 6.3})
+        english_pos = {"hot": {"adj": 40}, "wait": {"v": 30, "n": 5}, "milk": {"n": 20}, "dog": {"n": 30},
+                       "truth": {"n": 25}, "about": {"adv": 9}}
         entries, _ = tc.rank_direction(d, english_pos=english_pos, english_lemmas={})
         self.assertEqual(entries["牛奶"][0].split("\t")[1], "milk|cow's milk")
         self.assertEqual(entries["热狗"][0].split("\t")[1], "hot dog|dog")
         self.assertEqual(entries["等"][0].split("\t")[1].split("|")[0], "wait")
+        self.assertEqual(entries["真相"][0].split("\t")[1], "truth|truth about")  # never "about" alone
 
     def test_a_field_label_costs_a_common_word_nothing_and_a_rare_one_all(self):
         backward = tc.Table("freedict", 0.15)
