@@ -1314,8 +1314,10 @@ def rank_direction(direction, english_pos=None, english_lemmas=None, source_lemm
             first, head = words
             if first in ("be", "become", "get", "feel") and pos != "n":
                 yield head, 0.4
-            elif english_pos is not None:
-                # "older brother", "train station": the head after a plain adjective or noun.
+            elif english_pos is not None and head in english_pos and english_pos[head].get("n", 0) >= 0.5 * sum(
+                    english_pos[head].values()):
+                # "older brother", "train station": the noun after a plain adjective or noun (never
+                # the "among" of "rank among").
                 counts = english_pos.get(first)
                 total = sum(counts.values()) if counts else 0
                 if total and counts.get("adj", 0) >= 0.7 * total:
