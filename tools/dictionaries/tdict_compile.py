@@ -682,10 +682,13 @@ def german_core_forms(core):
     return forms
 
 
-def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
+def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None, plural_words=None):
     """Inflected forms point to their lemmas: where the dictionary lacks the form, and where its
     own entry for the form is a rare word that merely looks like it ("fait" the adjective). Forms
-    of the auxiliaries always do: French "est" is far more often "is" than "east"."""
+    of the auxiliaries always do: French "est" is far more often "is" than "east".
+    `plural_words`, for a target language without plurals, makes an English plural noun point to
+    its singular first (books: 书, not 图书 "books of a library") unless the plural is a word of
+    its own there (glasses, clothes)."""
     for form, lemma in (auxiliaries or {}).items():
         if lemma in entries and not entries[lemma][0].startswith(">"):
             link = ">" + lemma + "\tv"
@@ -697,6 +700,12 @@ def add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries=None):
             own = confidence.get(form)
             best = max((confidence.get(l, -99) for l, _ in lemmas), default=-99)
             if own is None or entries[form][0].startswith(">"):
+                continue
+            if plural_words is not None and form not in plural_words and any(p == "n" for _, p in lemmas):
+                # "books" is also a verb form, but a learner pointing at it mostly reads the noun.
+                links = [">" + l + "\tn" for l, p in lemmas
+                         if p == "n" and l in entries and not entries[l][0].startswith(">")]
+                entries[form] = links[:1] + entries[form]
                 continue
             if form in lemma_forms and best < own + 2.5:
                 continue
@@ -1700,7 +1709,8 @@ def main(argv):
             forms, lemma_forms = german_core_forms(tables_by_name["german-core"]), set()
         # English modals and "be" forms are headwords of their own in every English dictionary.
         auxiliaries = None if d.source == "en" else AUXILIARY_FORMS.get(d.source)
-        add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries)
+        plural_words = set(english_pos) if d.source == "en" and d.target in ("zh", "ja", "ko") else None
+        add_lemma_links(entries, forms, confidence, lemma_forms, auxiliaries, plural_words)
         meta = [("direction", pair), ("format", "1")]
         for s in sorted(d.sources):
             meta.append(("source", f"{SOURCES[s][0]}; licence {SOURCES[s][1]}"))

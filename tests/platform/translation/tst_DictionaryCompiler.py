@@ -266,7 +266,7 @@ class Ranking(unittest.TestCase):
         entries, _ = tc.rank_direction(d)
         self.assertEqual(entries["말"], ["n\tword|speech", "n\thorse"])
 
-    def test_weak_look_alike_forms_point_to_their_lemma(self):
+    def test_weak_look_alike_forms_and_plurals_into_a_language_without_them_point_to_their_lemma(self):
         entries = {"fait": ["adj\tmature"], "faire": ["v\tdo|make"], "maisons": None}
         del entries["maisons"]
         entries["maison"] = ["n\thouse"]
@@ -280,6 +280,14 @@ class Ranking(unittest.TestCase):
         entries = {"filha": ["n\tdaughter"], "filho": ["n\tson"]}
         tc.add_lemma_links(entries, {"filha": [("filho", "n")]}, {"filha": 3.0, "filho": 3.8}, lemma_forms=set())
         self.assertEqual(entries["filha"], ["n\tdaughter"])
+        # Into a language without plurals an English plural noun shows its singular first, unless the
+        # plural is a word of its own.
+        entries = {"books": ["\t图书"], "book": ["n\t书"], "glasses": ["n\t眼镜"], "glass": ["n\t玻璃"]}
+        forms = {"books": [("book", "v"), ("book", "n")], "glasses": [("glass", "n")]}
+        tc.add_lemma_links(entries, forms, {"books": 5.0, "book": 3.0, "glasses": 4.0, "glass": 3.0}, set(),
+                           plural_words={"glasses"})
+        self.assertEqual(entries["books"], [">book\tn", "\t图书"])
+        self.assertEqual(entries["glasses"], ["n\t眼镜"])
 
 
 class Commonness(unittest.TestCase):
