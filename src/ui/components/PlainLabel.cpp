@@ -20,6 +20,13 @@ QLabel* secondaryLabel(const QString& text, QWidget* parent)
     return label;
 }
 
+QLabel* pictureLabel(QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
 QLabel* captionLabel(const QString& text, QWidget* parent)
 {
     QLabel* label = secondaryLabel(text, parent);

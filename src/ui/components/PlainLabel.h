@@ -15,5 +15,8 @@ QLabel* plainLabel(const QString& text = {}, QWidget* parent = nullptr);
 QLabel* secondaryLabel(const QString& text, QWidget* parent = nullptr);
 // A quieter label a tenth smaller than the text it explains.
 QLabel* captionLabel(const QString& text, QWidget* parent = nullptr);
+// A label for a picture (a symbol, a state icon): Qt::PlainText too, so that no text set on it later
+// is read as markup.
+QLabel* pictureLabel(QWidget* parent = nullptr);
 
 } // namespace tolvane

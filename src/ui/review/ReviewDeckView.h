@@ -78,6 +78,7 @@ private:
     QWidget* m_emptyScreen;
     QWidget* m_completeScreen;
     QWidget* m_sessionScreen;
+    // Labels in Qt::PlainText (plainLabel(), or set where they are made).
     QLabel* m_completionText;
     QToolButton* m_previous;
     QToolButton* m_next;

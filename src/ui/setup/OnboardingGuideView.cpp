@@ -20,6 +20,7 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -188,9 +189,10 @@ QPixmap symbolPixmap(Symbol symbol, int size, const QColor& color, qreal dpr)
     return pixmap;
 }
 
+// Every label of the guide is made by symbolLabel() or textLabel(): Qt::PlainText, never markup.
 QLabel* symbolLabel(Symbol symbol, int size, const QColor& color, QWidget* parent)
 {
-    auto* label = new QLabel(parent);
+    QLabel* label = pictureLabel(parent);
     label->setPixmap(symbolPixmap(symbol, size, color, parent ? parent->devicePixelRatioF() : 1.0));
     label->setFixedSize(size, size);
     label->setAlignment(Qt::AlignCenter);
@@ -457,7 +459,7 @@ QWidget* OnboardingGuideView::buildLanguage()
     m_downloadProgress->setTextVisible(false);
     m_downloadProgress->setFixedSize(80, 8);
     m_downloadProgress->setAccessibleName(Texts::downloading);
-    m_downloadSymbol = new QLabel(m_downloadStatus);
+    m_downloadSymbol = pictureLabel(m_downloadStatus);
     m_downloadSymbol->setFixedSize(16, 16);
     m_downloadText = textLabel(QString(), m_downloadStatus);
     m_downloadText->setWordWrap(false);
@@ -573,7 +575,7 @@ QWidget* OnboardingGuideView::buildSummary()
     layout->addWidget(symbolRow(Symbol::stackFilled, textLabel(Texts::savedAsFlashcards, nullptr), page));
     layout->addWidget(symbolRow(Symbol::trayWindow, textLabel(onThisPlatform(Texts::trayIcon), nullptr), page));
 
-    auto* tip = new QLabel(page);
+    auto* tip = new QFrame(page);
     tip->setAutoFillBackground(true);
     QPalette tipPalette = tip->palette();
     QColor tipFill = yellow;
@@ -593,7 +595,7 @@ QWidget* OnboardingGuideView::buildSummary()
                                    auto onAction) {
         auto* row = new QHBoxLayout;
         row->setSpacing(10);
-        symbol = new QLabel(page);
+        symbol = pictureLabel(page);
         symbol->setFixedSize(18, 18);
         row->addWidget(symbol, 0, Qt::AlignTop);
         auto* texts = new QVBoxLayout;

@@ -64,6 +64,7 @@ private:
     QList<LanguageRow*> m_languageRows;
     QWidget* m_downloadStatus = nullptr;
     QProgressBar* m_downloadProgress = nullptr;
+    // Every label is Qt::PlainText: textLabel() and pictureLabel() make them so.
     QLabel* m_downloadSymbol = nullptr;
     QLabel* m_downloadText = nullptr;
     QLabel* m_downloadError = nullptr;

@@ -2,6 +2,7 @@
 #include "ui/setup/PermissionRow.h"
 
 #include "core/setup/PermissionManager.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/StatusBadge.h"
 #include "ui/setup/SetupTexts.h"
 
@@ -18,7 +19,7 @@ PermissionRow::PermissionRow(const QString& name, PermissionManager& manager, QW
     , m_badge(new StatusBadge(SetupTexts::granted(name), SetupTexts::notGranted(name), this))
     , m_request(new QPushButton(SetupTexts::requestAccess(), this))
     , m_openSettings(new QPushButton(SetupTexts::openSettings(), this))
-    , m_message(new QLabel(this))
+    , m_message(plainLabel(QString(), this)) // Qt::PlainText: the desktop's message is shown as it is
 {
     setAccessibleName(name);
     m_request->setAccessibleName(SetupTexts::requestAccess() + QStringLiteral(" (") + name + u')');
@@ -27,8 +28,6 @@ PermissionRow::PermissionRow(const QString& name, PermissionManager& manager, QW
     m_openSettings->setFlat(true);
     m_openSettings->setCursor(Qt::PointingHandCursor);
     styleLink();
-    m_message->setTextFormat(Qt::PlainText);
-    m_message->setWordWrap(true);
     m_message->setHidden(true);
 
     auto* row = new QHBoxLayout;

@@ -37,7 +37,7 @@ private:
     StatusBadge* m_badge = nullptr;
     QPushButton* m_request = nullptr;
     QPushButton* m_openSettings = nullptr;
-    QLabel* m_message = nullptr;
+    QLabel* m_message = nullptr; // Qt::PlainText (plainLabel)
 };
 
 } // namespace tolvane

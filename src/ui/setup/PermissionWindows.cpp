@@ -74,6 +74,7 @@ QVBoxLayout* windowLayout(QWidget* window, const QString& title, const QString& 
     return column;
 }
 
+// Every label here comes from plainLabel() or captionLabel(): Qt::PlainText.
 QLabel* widthLimited(QLabel* label)
 {
     label->setFixedWidth(contentWidth);

@@ -36,6 +36,7 @@ private:
     void setGranted(bool granted);
 
     StatusBadge* m_status = nullptr;
+    // Qt::PlainText, like every label of these windows (plainLabel, captionLabel).
     QLabel* m_alwaysGranted = nullptr;
     QLabel* m_restartCaption = nullptr;
 };

@@ -100,6 +100,7 @@ private:
 
     HotkeyKeycaps* m_keycaps = nullptr;
     QPushButton* m_captureButton = nullptr;
+    // Labels in Qt::PlainText (plainLabel, captionLabel, warningLabel).
     QLabel* m_captureHint = nullptr;
     QLabel* m_validationMessage = nullptr;
     QLabel* m_registrationError = nullptr;

@@ -3,6 +3,7 @@
 
 #include "core/updates/UpdaterManager.h"
 #include "ui/AppIcon.h"
+#include "ui/components/PlainLabel.h"
 #include "ui/components/TextStyle.h"
 #include "ui/updates/UpdateTexts.h"
 
@@ -24,10 +25,8 @@ constexpr int notesHeight = 180;
 
 QLabel* paragraph(const QString& text, QWidget* parent, TextStyle style = TextStyle::body)
 {
-    auto* label = new QLabel(text, parent);
-    // Texts from the feed are shown as they are written, never as markup.
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    // Texts from the feed are shown as they are written, never as markup (Qt::PlainText).
+    QLabel* label = plainLabel(text, parent);
     label->setFixedWidth(textWidth);
     label->setFont(textStyleFont(style));
     label->setAccessibleName(text);
